@@ -1,0 +1,120 @@
+# Functions that the scripts share: source this file.
+# shellcheck shell=bash
+#
+# Everything made here lies below build/: the presets' folders, the private Wine prefix (build/wine), logs
+# (build/logs). Progress goes to standard error; a command's output is shown only when it fails.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+release_bin=$root/build/mingw-release/bin
+name=script/${0##*/}
+
+say() { echo "$name: $*" >&2; }
+
+die() {
+    say "$*"
+    exit 1
+}
+
+# logged LOG COMMAND...: runs the command with its output in build/logs/LOG; shows the end of it on failure.
+logged() {
+    local log=$root/build/logs/$1
+    shift
+    mkdir -p "${log%/*}"
+    "$@" </dev/null >"$log" 2>&1 || {
+        tail -n 60 "$log" >&2
+        die "failed: $* (all of it in ${log#"$root"/})"
+    }
+}
+
+# build PRESET: configures and compiles it.
+build() {
+    say "building $1"
+    logged "$1.configure" cmake -S "$root" --preset "$1"
+    logged "$1.build" cmake --build "$root/build/$1"
+}
+
+# --- Windows programs ------------------------------------------------------------------------------------------
+
+export WINEPREFIX=$root/build/wine
+export WINEARCH=win64
+export WINEDEBUG=-all
+# No .NET, no HTML engine, no menu entries in the user's home.
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d'
+unset DISPLAY WAYLAND_DISPLAY
+
+windows_path() {
+    local path
+    path=$(realpath -m -- "$1")
+    echo "Z:${path//\//\\}"
+}
+
+# windows PROGRAM [ARGUMENT...]: runs a Windows program, whose lines arrive ending as they do here. The status is the
+# program's. The pipe also keeps Wine from changing the terminal's mode.
+windows() { wine "$@" </dev/null | tr -d '\r'; }
+
+# enter_wine: from here to the end of the script the prefix belongs to this script alone, and its server keeps
+# running, so that Windows programs start at once. A script that is called by such a script shares in that.
+enter_wine() {
+    [ -z "${QUORVANE_IN_WINE:-}" ] || return 0
+    export QUORVANE_IN_WINE=1
+    exec 9>"$root/build/.lock"
+    flock -n 9 || {
+        say 'waiting for another script to leave build/wine'
+        flock 9
+    }
+    trap leave_wine EXIT
+    trap 'exit 130' INT
+    trap 'exit 143' TERM
+    [ -e "$WINEPREFIX/.complete" ] || make_prefix
+    start_wine_server
+}
+
+# Should the script be killed, the server ends a minute after its last program; the lock is free at once.
+start_wine_server() { wineserver -p60 9>&-; }
+
+leave_wine() { wineserver -k 2>/dev/null || true; }
+
+make_prefix() {
+    say 'making the private Wine prefix build/wine'
+    leave_wine
+    rm -rf "$WINEPREFIX"
+    start_wine_server
+    logged wine.prefix wineboot -i
+    logged wine.classes wine "$release_bin/link_user_classes.exe"
+    # The server writes the registry to disk when it ends.
+    leave_wine
+    wineserver -w
+    touch "$WINEPREFIX/.complete"
+}
+
+# register PRESET: lets the preset's DLLs enter themselves for the user, as a person would have them do on Windows.
+register() {
+    local dll
+    for dll in Quorvane PengRobinson; do
+        windows regsvr32 /s "$(windows_path "$root/build/$1/bin/$dll.dll")" ||
+            die "build/$1/bin/$dll.dll cannot register itself (regsvr32 answers $?)"
+    done
+}
+
+# --- Checks ----------------------------------------------------------------------------------------------------
+
+failures=0
+
+# check DESCRIPTION COMMAND...: one test, which passes when the command succeeds; prints "ok" or "not ok" and the
+# description, and what a failing command said.
+check() {
+    local description=$1 said
+    shift
+    if said=$("$@" 2>&1); then
+        echo "ok $description"
+    else
+        echo "not ok $description"
+        printf '%s\n' "$said" | sed 's/^/    /'
+        failures=$((failures + 1))
+    fi
+}
+
+# is_text EXPECTED FILE: succeeds when the file holds just that text; shows the difference otherwise.
+is_text() { diff -u --label expected --label found <(printf '%s\n' "$1") "$2"; }
+
+end_checks() { exit $((failures > 0)); }
