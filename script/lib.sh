@@ -78,6 +78,7 @@ make_prefix() {
     say 'making the private Wine prefix build/wine'
     leave_wine
     rm -rf "$WINEPREFIX"
+    mkdir -p "$WINEPREFIX"
     start_wine_server
     logged wine.prefix wineboot -i
     logged wine.classes wine "$release_bin/link_user_classes.exe"
