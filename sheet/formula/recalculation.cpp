@@ -1,0 +1,221 @@
+#include "sheet/formula/recalculation.h"
+
+#include "sheet/formula/dependencies.h"
+
+#include <algorithm>
+#include <set>
+
+namespace sheet::formula {
+
+namespace {
+
+// A formula calculated more often than this may be in a circle of spills; looking for one costs time.
+constexpr std::size_t suspiciousCalculations = 4;
+
+class Recalculation {
+  public:
+    Recalculation(const Worksheet& sheet, const Calculate& calculate, const Progress& progress)
+        : sheet_{sheet}, calculate_{calculate}, progress_{progress}, grid_{sheet},
+          states_(sheet.formulas.size()) {
+        const Graph references =
+            referencesAmong(sheet_, [this](std::size_t i) { return sheet_.formulas[i].block; });
+        refuseCircle(references);
+        for (std::size_t i = 0; i < references.size(); ++i) {
+            states_[i].references = sheet_.formulas[i].formula.references();
+            states_[i].waitsFor = references[i].size();
+            for (const std::size_t other : references[i]) {
+                states_[other].dependents.push_back(i);
+            }
+            if (references[i].empty()) {
+                ready_.insert(i);
+            }
+        }
+    }
+
+    Recalculated run() {
+        std::size_t dirty = states_.size();
+        while (dirty > 0) {
+            const std::size_t index = takeNext();
+            dirty -= 1;
+            dirty += calculate(index);
+            if (progress_) {
+                progress_(states_.size() - dirty, states_.size());
+            }
+        }
+        std::vector<Failure> failures = collectFailures();
+        return {std::move(grid_), std::move(failures)};
+    }
+
+  private:
+    struct State {
+        std::vector<Block> references;
+        std::vector<std::size_t> dependents; // formulas that refer to this one's own cells
+        std::size_t waitsFor = 0;            // dirty formulas whose own cells this one refers to
+        std::size_t calculations = 0;
+        bool dirty = true;
+        bool failed = false;
+    };
+
+    void refuseCircle(const Graph& references) const {
+        const std::vector<std::size_t> circle = findCircle(references);
+        if (circle.empty()) {
+            return;
+        }
+        const Address first = sheet_.formulas[circle.front()].block.first;
+        if (circle.size() == 1) {
+            throw InputError{first, "the formula refers to its own cell; let it refer to other cells only"};
+        }
+        throw InputError{first, "the formulas in " + listed(sheet_, circle) +
+                                    " refer to each other in a circle; let one of them refer to other cells"};
+    }
+
+    [[noreturn]] void failForSpills(std::vector<std::size_t> circle) const {
+        const Address first = sheet_.formulas[circle.front()].block.first;
+        if (circle.size() == 1) {
+            throw InputError{
+                first, "the result of the formula spills over " + nameOf(grid_.covered(circle.front())) +
+                           ", where the formula refers to; move the formula or the cells it refers to"};
+        }
+        throw InputError{first,
+                         "the results of the formulas in " + listed(sheet_, circle) +
+                             " spill over cells that these formulas refer to, in a circle; leave more room "
+                             "between them"};
+    }
+
+    std::size_t takeNext() {
+        while (!ready_.empty()) {
+            const std::size_t index = ready_.extract(ready_.begin()).value();
+            const auto seesEmptyCell = [this](const Block& block) { return grid_.hasEmptyCell(block); };
+            if (std::ranges::none_of(states_[index].references, seesEmptyCell)) {
+                return index;
+            }
+            postponed_.insert(index);
+        }
+        return postponed_.extract(postponed_.begin()).value();
+    }
+
+    // Returns how many formulas that were up to date have to be calculated again.
+    std::size_t calculate(std::size_t index) {
+        State& state = states_[index];
+        const EnteredFormula& entered = sheet_.formulas[index];
+        Result result =
+            entered.formula.function.empty() ? Result{referredValues(entered)} : calculate_(entered, grid_);
+        state.failed = result.failed;
+        state.dirty = false;
+        ++state.calculations;
+        for (const std::size_t dependent : state.dependents) {
+            if (--states_[dependent].waitsFor == 0 && states_[dependent].dirty) {
+                ready_.insert(dependent);
+            }
+        }
+        const Block before = grid_.covered(index);
+        if (!grid_.place(index, result.values)) {
+            return 0;
+        }
+        refuseSpillCircle(index);
+        return markReaders(index, before);
+    }
+
+    // Every formula that refers to a changed cell, and every blocked one where cells may have become free.
+    std::size_t markReaders(std::size_t index, const Block& before) {
+        const Block& now = grid_.covered(index);
+        std::size_t marked = 0;
+        for (std::size_t i = 0; i < states_.size(); ++i) {
+            const bool reads = std::ranges::any_of(states_[i].references, [&](const Block& block) {
+                return block.intersects(before) || block.intersects(now);
+            });
+            const std::optional<Grid::Blockage>& blockage = grid_.blockage(i);
+            const bool mayFit = before != now && blockage && blockage->needed.intersects(before);
+            if (i != index && !states_[i].dirty && (reads || mayFit)) {
+                markDirty(i);
+                ++marked;
+            }
+        }
+        return marked;
+    }
+
+    void markDirty(std::size_t index) {
+        State& state = states_[index];
+        state.dirty = true;
+        for (const std::size_t dependent : state.dependents) {
+            ++states_[dependent].waitsFor;
+            ready_.erase(dependent);
+            postponed_.erase(dependent);
+        }
+        if (state.waitsFor == 0) {
+            ready_.insert(index);
+        }
+    }
+
+    void refuseSpillCircle(std::size_t index) const {
+        const auto covered = [this](std::size_t i) { return grid_.covered(i); };
+        const State& state = states_[index];
+        if (std::ranges::any_of(state.references,
+                                [&](const Block& b) { return b.intersects(covered(index)); })) {
+            failForSpills({index});
+        }
+        if (state.calculations <= suspiciousCalculations) {
+            return;
+        }
+        if (std::vector<std::size_t> circle = findCircle(referencesAmong(sheet_, covered)); !circle.empty()) {
+            failForSpills(std::move(circle));
+        }
+        // No chain of references is longer than the number of formulas: more rounds than that come from
+        // spills that displace each other in turn.
+        if (state.calculations > states_.size() + suspiciousCalculations) {
+            failForSpills(unsettled(index));
+        }
+    }
+
+    std::vector<std::size_t> unsettled(std::size_t last) const {
+        std::vector<std::size_t> result;
+        for (std::size_t i = 0; i < states_.size(); ++i) {
+            if (i == last || states_[i].dirty || states_[i].calculations > suspiciousCalculations) {
+                result.push_back(i);
+            }
+        }
+        return result;
+    }
+
+    // A reference to an empty cell shows 0, as in Excel.
+    Matrix referredValues(const EnteredFormula& entered) const {
+        Matrix values = grid_.values(std::get<Block>(entered.formula.arguments.front()));
+        for (Value& value : values.values) {
+            value = isEmpty(value) ? Value{0.0} : std::move(value);
+        }
+        return values;
+    }
+
+    std::vector<Failure> collectFailures() const {
+        std::vector<Failure> failures;
+        for (std::size_t i = 0; i < states_.size(); ++i) {
+            const Block& where = grid_.covered(i);
+            const std::string shown = exactText(grid_.at(where.first));
+            if (const std::optional<Grid::Blockage>& blockage = grid_.blockage(i)) {
+                failures.push_back({where, shown + " (the result needs " + nameOf(blockage->needed) +
+                                               (blockage->obstacle ? ", and " + nameOf(*blockage->obstacle) +
+                                                                         " is not empty)"
+                                                                   : ", and the worksheet ends before)")});
+            } else if (states_[i].failed) {
+                failures.push_back({where, shown});
+            }
+        }
+        return failures;
+    }
+
+    const Worksheet& sheet_;
+    const Calculate& calculate_;
+    const Progress& progress_;
+    Grid grid_;
+    std::vector<State> states_;
+    std::set<std::size_t> ready_;     // dirty, and waiting for nothing
+    std::set<std::size_t> postponed_; // likewise, but looking at empty cells that a spill may still fill
+};
+
+} // namespace
+
+Recalculated recalculate(const Worksheet& sheet, const Calculate& calculate, const Progress& progress) {
+    return Recalculation{sheet, calculate, progress}.run();
+}
+
+} // namespace sheet::formula
