@@ -168,6 +168,12 @@ class variant : public VARIANT {
     }
 };
 
+/// Replaces what an [in, out] argument holds; the old content is cleared, as Automation asks of the callee.
+inline void assign(VARIANT* target, variant value) noexcept {
+    const variant old = variant::attach(*target);
+    *target = value.release();
+}
+
 static_assert(sizeof(variant) == sizeof(VARIANT));
 static_assert(sizeof(unique_bstr) == sizeof(BSTR));
 

@@ -1,0 +1,49 @@
+#include "src/foundation/error_boundary.h"
+
+#include "com/com_ptr.h"
+#include "src/foundation/exceptions.h"
+#include "src/foundation/text.h"
+
+#include <exception>
+
+namespace quorvane {
+
+namespace {
+
+com::unique_bstr narrowMessage(const std::exception& failure) noexcept {
+    try {
+        return com::makeBstr(utf8ToWide(failure.what()));
+    } catch (...) {
+        return {};
+    }
+}
+
+} // namespace
+
+com::unique_bstr currentFailureMessage() noexcept {
+    try {
+        throw;
+    } catch (const std::exception& failure) {
+        return narrowMessage(failure);
+    } catch (const WException& failure) {
+        return com::unique_bstr{SysAllocString(failure.message())};
+    } catch (...) {
+        return com::unique_bstr{SysAllocString(L"Unknown exception")};
+    }
+}
+
+void installErrorInfo(BSTR description, REFIID iid) noexcept {
+    com::com_ptr<ICreateErrorInfo> creator;
+    if (FAILED(CreateErrorInfo(creator.put()))) {
+        return;
+    }
+    wchar_t source[] = L"Quorvane.Excel";
+    creator->SetDescription(description);
+    creator->SetGUID(iid);
+    creator->SetSource(source);
+    if (const auto info = creator.tryAs<IErrorInfo>()) {
+        SetErrorInfo(0, info.get());
+    }
+}
+
+} // namespace quorvane

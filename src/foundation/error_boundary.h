@@ -1,0 +1,45 @@
+// Where failures leave the system. Every method that Excel or the front end calls runs its body inside one of the two frames
+// below, so that no exception crosses a COM boundary and every failure becomes a text for a person.
+#pragma once
+
+#include "com/owned.h"
+
+#include <utility>
+
+namespace quorvane {
+
+/// The message of the exception being handled, as a BSTR (null when there is no text or no memory for it). To be called
+/// inside a catch-all handler.
+com::unique_bstr currentFailureMessage() noexcept;
+
+/// Installs Automation error information for the thread: description, source "Quorvane.Excel", interface `iid`.
+void installErrorInfo(BSTR description, REFIID iid) noexcept;
+
+/// Frame of a worksheet function: a failing one succeeds with the message as its result, so that the cell shows it.
+/// `fail` receives the message; `iid` is the interface named in the error information.
+template <typename Body, typename Fail>
+HRESULT worksheetCall(REFIID iid, Body&& body, Fail&& fail) noexcept {
+    try {
+        std::forward<Body>(body)();
+    } catch (...) {
+        com::unique_bstr message = currentFailureMessage();
+        installErrorInfo(message.get(), iid);
+        std::forward<Fail>(fail)(std::move(message));
+    }
+    return S_OK;
+}
+
+/// Frame of a service: a failing one returns E_FAIL with error information.
+template <typename Body>
+HRESULT serviceCall(REFIID iid, Body&& body) noexcept {
+    try {
+        std::forward<Body>(body)();
+        return S_OK;
+    } catch (...) {
+        const com::unique_bstr message = currentFailureMessage();
+        installErrorInfo(message.get(), iid);
+        return E_FAIL;
+    }
+}
+
+} // namespace quorvane

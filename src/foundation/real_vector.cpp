@@ -1,0 +1,103 @@
+#include "src/foundation/real_vector.h"
+
+#include "src/foundation/array_variant.h"
+#include "src/foundation/late_binding.h"
+#include "src/foundation/range_value.h"
+#include "src/foundation/text.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace quorvane {
+
+namespace {
+
+double elementToReal(const VARIANT& element) {
+    if (element.vt == VT_R8) {
+        return element.dblVal;
+    }
+    com::variant converted;
+    if (SUCCEEDED(VariantChangeTypeEx(&converted, &element, 0, 0, VT_R8))) {
+        return converted.dblVal;
+    }
+    if (SUCCEEDED(VariantChangeTypeEx(converted.put(), &element, 0, 0, VT_BSTR))) {
+        throw WStrException{joined(L"Failed to convert \"", com::viewOf(converted.bstrVal), L"\" to real value")};
+    }
+    throw CWStrException{L"Array contains values that are not numbers"};
+}
+
+// The extent of the only dimension that is longer than 1; 1 when none is, 0 when one has no extent.
+std::int32_t vectorLength(SAFEARRAY* array) {
+    std::int64_t length = 1;
+    bool found = false;
+    const UINT dimensions = SafeArrayGetDim(array);
+    for (UINT dimension = 1; dimension <= dimensions; ++dimension) {
+        LONG lower = 0;
+        LONG upper = 0;
+        if (FAILED(SafeArrayGetLBound(array, dimension, &lower)) || FAILED(SafeArrayGetUBound(array, dimension, &upper))) {
+            throw CWStrException{L"not a real array"};
+        }
+        const std::int64_t extent = std::int64_t{upper} - lower + 1;
+        if (extent == 1) {
+            continue;
+        }
+        if (found) {
+            throw CWStrException{L"unexpected dimension; array expected"};
+        }
+        if (extent == 0) {
+            return 0;
+        }
+        found = true;
+        length = extent;
+    }
+    return static_cast<std::int32_t>(length);
+}
+
+std::vector<double> readArray(const VARIANT& value) {
+    if (value.parray == nullptr) {
+        return {};
+    }
+    VARTYPE actual = VT_EMPTY;
+    if (SUCCEEDED(SafeArrayGetVartype(value.parray, &actual)) && actual != (value.vt & VT_TYPEMASK)) {
+        throw CWStrException{L"not a real array"};
+    }
+    ArrayVariant holder = ArrayVariant::borrow(value);
+    holder.count = vectorLength(value.parray);
+    std::vector<double> reals(static_cast<std::size_t>(holder.count));
+    if (value.vt == (VT_ARRAY | VT_R8)) {
+        std::ranges::copy(holder.elements<double>(), reals.begin());
+    } else {
+        std::ranges::transform(holder.elements<VARIANT>(), reals.begin(), elementToReal);
+    }
+    return reals;
+}
+
+} // namespace
+
+std::vector<double> readRealVector(const VARIANT& argument) {
+    const VARIANT value = withoutReference(argument);
+    if (isOmitted(value)) {
+        throw CWStrException{L"value not specified"};
+    }
+    if (const com::com_ptr<IDispatch> range = asRange(value)) {
+        const com::variant contents = readRangeValue(range.get());
+        if (contents.vt == VT_DISPATCH || contents.vt == VT_UNKNOWN || isOmitted(contents)) {
+            // A cell cannot hold an object, and an error cell holds no number.
+            throw CWStrException{L"not a real array"};
+        }
+        return readRealVector(contents);
+    }
+    switch (value.vt) {
+    case VT_EMPTY:
+        return {};
+    case VT_R8:
+        return {value.dblVal};
+    case VT_ARRAY | VT_R8:
+    case VT_ARRAY | VT_VARIANT:
+        return readArray(value);
+    default:
+        throw CWStrException{L"not a real array"};
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,166 @@
+// Binding, life cycle and material of a PropertyPackage.
+#include "src/package/property_package.h"
+
+#include "src/foundation/error_texts.h"
+#include "src/foundation/life_cycle.h"
+#include "src/foundation/text.h"
+
+#include <ocidl.h>
+
+namespace quorvane {
+
+namespace {
+
+void requireCreated(HRESULT code, const wchar_t* context) {
+    if (FAILED(code)) {
+        throw WStrException{joined(context, systemErrorText(code))};
+    }
+}
+
+com::com_ptr<IUnknown> packageOfManager(ICapeThermoPropertyPackageManager* manager, const std::wstring& packageName) {
+    initializeObject(manager);
+    const com::unique_bstr name = com::makeBstr(packageName);
+    com::com_ptr<IDispatch> package;
+    const HRESULT code = manager->GetPropertyPackage(name.get(), package.put());
+    // The text is asked for before Terminate, after which the manager need not answer any more.
+    const std::wstring failure = FAILED(code) ? capeErrorText(manager, code) : std::wstring{};
+    terminateObject(manager);
+    if (FAILED(code)) {
+        throw WStrException{joined(L"Failed to create property package: ", failure)};
+    }
+    return package;
+}
+
+void restoreState(IUnknown* package, IStream* savedState) {
+    const auto stream = com::queryFor<IPersistStream>(package);
+    const auto streamInit = stream ? com::com_ptr<IPersistStreamInit>{} : com::queryFor<IPersistStreamInit>(package);
+    if (savedState == nullptr) {
+        if (streamInit) {
+            // A package that cannot start afresh says so when it is initialised, which is next.
+            static_cast<void>(streamInit->InitNew());
+        }
+        return;
+    }
+    HRESULT code = S_OK;
+    if (stream) {
+        code = stream->Load(savedState);
+    } else if (streamInit) {
+        code = streamInit->Load(savedState);
+    }
+    requireCreated(code, L"Failed to restore package content: ");
+}
+
+template <typename Interface>
+com::com_ptr<Interface> require(IUnknown* package, const wchar_t* message) {
+    auto found = com::queryFor<Interface>(package);
+    if (!found) {
+        throw CWStrException{message};
+    }
+    return found;
+}
+
+} // namespace
+
+PropertyPackage::PropertyPackage(std::wstring managerName, const GUID& managerGUID, CAPEOPENPackageManagerType managerType,
+                                 std::wstring packageName, IStream* savedState) :
+    managerGUID_{managerGUID},
+    managerType_{managerType}, packageName_{std::move(packageName)}, managerName_{std::move(managerName)} {
+    propertyNameArray2_.createVector(2, VT_BSTR);
+    propertyNameArray1_.createVector(1, VT_BSTR);
+    bind(create().get(), savedState);
+}
+
+PropertyPackage::~PropertyPackage() {
+    terminateObject(compounds_.get());
+    releaseMaterial();
+}
+
+com::com_ptr<IUnknown> PropertyPackage::create() const {
+    switch (managerType_) {
+    case StandAlonePackage11: {
+        com::com_ptr<IDispatch> package;
+        requireCreated(
+            CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL, IID_IDispatch, package.putVoid()),
+            L"Failed to create property package: ");
+        return package;
+    }
+    case PropertyPackageManager11: {
+        com::com_ptr<ICapeThermoPropertyPackageManager> manager;
+        requireCreated(CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL, __uuidof(ICapeThermoPropertyPackageManager),
+                                        manager.putVoid()),
+                       L"Failed to create property package manager: ");
+        return packageOfManager(manager.get(), packageName_);
+    }
+    default:
+        throw CWStrException{L"Unknown CAPE-OPEN package manager type"};
+    }
+}
+
+void PropertyPackage::bind(IUnknown* package, IStream* savedState) {
+    restoreState(package, savedState);
+    initializeObject(package);
+    try {
+        // The doubled m is how users have always been shown this message.
+        compounds_ = require<ICapeThermoCompounds>(package, L"Package does not implement ICapeThermoCommpounds");
+        phases_ = require<ICapeThermoPhases>(package, L"Package does not implement ICapeThermoPhases");
+        propertyRoutine_ =
+            require<ICapeThermoPropertyRoutine>(package, L"Package does not implement ICapeThermoPropertyRoutine");
+        equilibriumRoutine_ =
+            require<ICapeThermoEquilibriumRoutine>(package, L"Package does not implement ICapeThermoEquilibriumRoutine");
+    } catch (...) {
+        terminateObject(package);
+        throw;
+    }
+}
+
+void PropertyPackage::releaseMaterial() noexcept {
+    if (material_) {
+        // The package may keep its reference for as long as it likes.
+        material_->forgetOwner();
+        material_.reset();
+    }
+}
+
+void PropertyPackage::reset() noexcept {
+    releaseMaterial();
+    for (ArrayVariant& list : compoundData_) {
+        list.release();
+    }
+    for (ArrayVariant* list : {&constantNames_, &temperatureDependentNames_, &singlePhaseNames_, &twoPhaseNames_,
+                               &conditionNames_, &phaseLabels_}) {
+        list->release();
+    }
+    molecularWeights_.clear();
+    inverseMolecularWeights_.clear();
+    missingMolecularWeight_ = false;
+    compoundIndex_.clear();
+    phaseIndex_.clear();
+    phaseStates_.clear();
+    vaporPhaseIndex_ = -1;
+}
+
+void PropertyPackage::ensureMaterial() {
+    if (material_) {
+        return;
+    }
+    loadCompounds();
+    loadPhases();
+    const auto context = compounds_.tryAs<ICapeThermoMaterialContext>();
+    if (!context) {
+        throw CWStrException{L"ICapeThermoMaterialContext not exposed by property package"};
+    }
+    auto material = com::make<MaterialObject11>(static_cast<const MaterialOwner&>(*this));
+    const HRESULT code = context->SetMaterial(static_cast<ICapeThermoMaterial*>(material.get()));
+    if (FAILED(code)) {
+        material->forgetOwner();
+        requireSuccess(code, context.get(), L"Failed to set active material object on property package: ");
+    }
+    material_ = std::move(material);
+}
+
+bool PropertyPackage::isVapor(const wchar_t* label) const {
+    const auto index = phaseIndex_.find(label);
+    return index && phaseType(*index) == VaporPhase;
+}
+
+} // namespace quorvane

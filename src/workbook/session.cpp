@@ -1,0 +1,65 @@
+#include "src/workbook/session.h"
+
+#include "src/foundation/late_binding.h"
+
+#include <office_idl.h>
+
+namespace quorvane {
+
+namespace {
+
+// Never destroyed: at process end Excel's object must not be called any more.
+com::com_ptr<IDispatch>& heldApplication() {
+    static auto* const held = new com::com_ptr<IDispatch>;
+    return *held;
+}
+
+} // namespace
+
+IDispatch* Session::application() noexcept { return heldApplication().get(); }
+
+void Session::connect(IDispatch* application) {
+    heldApplication().reset();
+    heldApplication() = com::queryFor<ExcelApplication>(application);
+}
+
+void Session::disconnect() {
+    heldApplication().reset();
+    store_.clear();
+}
+
+void Session::beginShutdown() {
+    store_.clear();
+    heldApplication().reset();
+}
+
+PackageTable& Session::currentWorkbook() {
+    com::com_ptr<IDispatch> workbook;
+    try {
+        workbook = readObject(application(), L"ActiveWorkbook");
+    } catch (const WException&) {
+        throw CWStrException{L"Cannot determine current workbook"};
+    }
+    if (!workbook) {
+        throw CWStrException{L"No current workbook"};
+    }
+    return store_.tableOf(workbookKey(workbook.get()));
+}
+
+void Session::handOver(IQuorvaneVSTOServices* services) noexcept {
+    if (handedOver_) {
+        return;
+    }
+    try {
+        const auto addIns = readObject(application(), L"COMAddIns");
+        const auto addIn = readItem(addIns.get(), L"Quorvane");
+        const auto frontEnd = readObject(addIn.get(), L"Object");
+        if (const auto context = frontEnd.tryAs<IQuorvaneVSTOContext>()) {
+            handedOver_ = SUCCEEDED(context->SetServices(services));
+        }
+    } catch (...) {
+        // Excel without the front end is a normal state, not a failure.
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,111 @@
+#include "src/workbook/workbook_store.h"
+
+#include "src/foundation/error_texts.h"
+#include "src/foundation/life_cycle.h"
+
+#include <vector>
+
+namespace quorvane {
+
+namespace {
+
+constexpr std::uint64_t fnv1aOffset = 0xcbf29ce484222325U;
+constexpr std::uint64_t fnv1aPrime = 0x100000001b3U;
+
+template <typename Unit>
+std::uint64_t hashBytes(std::uint64_t hash, Unit unit) noexcept {
+    for (std::size_t i = 0; i < sizeof(Unit); ++i) {
+        hash = (hash ^ ((unit >> (8 * i)) & 0xFFU)) * fnv1aPrime;
+    }
+    return hash;
+}
+
+} // namespace
+
+WorkbookKey workbookKey(IUnknown* workbook) {
+    const auto identity = com::queryFor<IUnknown>(workbook);
+    if (!identity) {
+        throw CWStrException{L"Workbook not specified"};
+    }
+    return reinterpret_cast<std::uintptr_t>(identity.get());
+}
+
+std::size_t Fnv1aHash::operator()(const std::wstring& name) const noexcept {
+    std::uint64_t hash = fnv1aOffset;
+    for (const wchar_t unit : name) {
+        hash = hashBytes(hash, static_cast<std::make_unsigned_t<wchar_t>>(unit));
+    }
+    return hash;
+}
+
+std::size_t Fnv1aHash::operator()(WorkbookKey key) const noexcept { return hashBytes(fnv1aOffset, key); }
+
+std::shared_ptr<PropertyPackage> WorkbookStore::find(WorkbookKey workbook, const std::wstring& ppName) const {
+    const auto table = tables_.find(workbook);
+    if (table == tables_.end()) {
+        return nullptr;
+    }
+    const auto entry = table->second.find(ppName);
+    return entry == table->second.end() ? nullptr : entry->second;
+}
+
+void WorkbookStore::createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName,
+                                  const GUID& managerGUID, CAPEOPENPackageManagerType type, std::wstring packageName) {
+    constexpr const wchar_t* taken = L"A package with the given name already exists in this workbook";
+    if (tableOf(workbook).contains(ppName)) {
+        throw CWStrException{taken};
+    }
+    auto package = std::make_shared<PropertyPackage>(std::move(managerName), managerGUID, type, std::move(packageName), nullptr);
+    // Looked up again: creating a package runs foreign code, which may have changed the store.
+    if (!tableOf(workbook).try_emplace(ppName, std::move(package)).second) {
+        throw CWStrException{taken};
+    }
+}
+
+bool WorkbookStore::editPackage(WorkbookKey workbook, const std::wstring& ppName) {
+    constexpr const wchar_t* notEditable = L"Property package does not support editing";
+    const std::shared_ptr<PropertyPackage> package = find(workbook, ppName);
+    if (!package) {
+        return false;
+    }
+    const auto utilities = com::queryFor<ICapeUtilities>(package->component());
+    if (!utilities) {
+        throw CWStrException{notEditable};
+    }
+    const HRESULT code = utilities->Edit();
+    if (code == S_FALSE) {
+        return false; // the user cancelled
+    }
+    if (isNotImplemented(code)) {
+        throw CWStrException{notEditable};
+    }
+    // Even an edit that failed half-way may have changed the package.
+    package->reset();
+    requireSuccess(code, utilities.get(), {});
+    return true;
+}
+
+void WorkbookStore::deletePackage(WorkbookKey workbook, const std::wstring& ppName) {
+    const auto table = tables_.find(workbook);
+    if (table != tables_.end()) {
+        const auto removed = table->second.extract(ppName);
+    }
+}
+
+ArrayVariant WorkbookStore::packageNames(WorkbookKey workbook) const {
+    std::vector<std::wstring> names;
+    if (const auto table = tables_.find(workbook); table != tables_.end()) {
+        for (const auto& entry : table->second) {
+            names.push_back(entry.first);
+        }
+    }
+    return stringVectorToArray(names);
+}
+
+void WorkbookStore::closeWorkbook(WorkbookKey workbook) { const auto removed = tables_.extract(workbook); }
+
+void WorkbookStore::clear() {
+    const auto removed = std::exchange(tables_, {});
+}
+
+} // namespace quorvane
