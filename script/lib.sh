@@ -8,6 +8,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 release_bin=$root/build/mingw-release/bin
 name=script/${0##*/}
 
+# Sorting, messages and numbers do not depend on the person's language.
+export LC_ALL=C.UTF-8
+
 say() { echo "$name: $*" >&2; }
 
 die() {
