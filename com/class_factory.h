@@ -1,4 +1,5 @@
-// CClassFactory<T>: the class object of a creatable class. T is derived from COMObject and has a default constructor.
+// CClassFactory<T>: the class object of a creatable class. T is derived from COMObject and has a default
+// constructor.
 #pragma once
 
 #include "com/com_ptr.h"

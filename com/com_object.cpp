@@ -19,8 +19,8 @@ ULONG COMObject::addReference() noexcept { return ++references_; }
 ULONG COMObject::releaseReference() noexcept {
     const std::uint32_t left = --references_;
     if (left == 0) {
-        // A destructor that hands `this` out for a moment (releasing a partner that releases us back) must not
-        // bring the count to zero a second time.
+        // A destructor that hands `this` out for a moment (releasing a partner that releases us back) must
+        // not bring the count to zero a second time.
         references_ = 1U << 30U;
         delete this;
     }

@@ -5,9 +5,9 @@
 #pragma once
 
 #include "com/module.h"
+#include "com/platform.h"
 
 #include <cstdint>
-#include <unknwn.h>
 
 namespace com {
 
@@ -23,7 +23,8 @@ class COMObject : public IUnknown {
     /// The pointer that answers `iid`, without a reference added, or null.
     virtual void* findInterface(REFIID iid) noexcept = 0;
 
-    // The same three operations for the interface faces of a derived class: each face's IUnknown forwards here.
+    // The same three operations for the interface faces of a derived class: each face's IUnknown forwards
+    // here.
     virtual ULONG addReference() noexcept;
     virtual ULONG releaseReference() noexcept;
     /// E_POINTER for a null `out`; E_NOINTERFACE with `*out` emptied; else S_OK with a reference added.

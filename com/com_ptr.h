@@ -2,9 +2,10 @@
 // attach() takes over one that the caller already owns, share() adds one.
 #pragma once
 
+#include "com/platform.h"
+
 #include <concepts>
 #include <cstddef>
-#include <unknwn.h>
 #include <utility>
 
 namespace com {

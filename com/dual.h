@@ -4,9 +4,8 @@
 // Use them in place of I in the list of implements<>.
 #pragma once
 
+#include "com/platform.h"
 #include "com/type_library.h"
-
-#include <oleauto.h>
 
 namespace com {
 
@@ -43,11 +42,12 @@ class ServedDual : public Interface {
         return info == nullptr ? DISP_E_UNKNOWNNAME : DispGetIDsOfNames(info, names, count, ids);
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
-                                     VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept override {
+                                     VARIANT* result, EXCEPINFO* exception,
+                                     UINT* argument) noexcept override {
         ITypeInfo* const info = typeInfo();
         return info == nullptr ? TYPE_E_ELEMENTNOTFOUND
-                               : DispInvoke(static_cast<Interface*>(this), info, member, flags, arguments, result,
-                                            exception, argument);
+                               : DispInvoke(static_cast<Interface*>(this), info, member, flags, arguments,
+                                            result, exception, argument);
     }
 
   private:

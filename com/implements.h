@@ -1,6 +1,6 @@
 // implements<Base, Interfaces...>: a COM object says which interfaces it has by listing them once.
-// Base is COMObject or another implements<>; its own interfaces stay answered. A listed type may be an interface
-// or a face of one (dual.h) that names it as `interface_type`.
+// Base is COMObject or another implements<>; its own interfaces stay answered. A listed type may be an
+// interface or a face of one (dual.h) that names it as `interface_type`.
 #pragma once
 
 #include "com/com_object.h"

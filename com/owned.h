@@ -1,13 +1,14 @@
-// Owners for what Windows lends: texts, arrays, values, task memory, registry keys. Each empties itself in its
-// destructor, so that no exit path has to remember.
+// Owners for what Windows lends: texts, arrays, values, task memory, registry keys. Each empties itself in
+// its destructor, so that no exit path has to remember.
 #pragma once
 
+#include "com/platform.h"
+
 #include <new>
-#include <oleauto.h>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <windows.h>
 
 namespace com {
 
@@ -126,7 +127,9 @@ class variant : public VARIANT {
         return this;
     }
     /// Gives the content away; this becomes empty.
-    [[nodiscard]] VARIANT release() noexcept { return std::exchange(static_cast<VARIANT&>(*this), VARIANT{}); }
+    [[nodiscard]] VARIANT release() noexcept {
+        return std::exchange(static_cast<VARIANT&>(*this), VARIANT{});
+    }
 
     /// Takes over what `value` holds.
     static variant attach(VARIANT value) noexcept {
@@ -137,7 +140,7 @@ class variant : public VARIANT {
     /// A deep copy; a VARIANT by reference is followed. Throws std::bad_alloc when it cannot be copied.
     static variant copyOf(const VARIANT& value) {
         variant result;
-        if (FAILED(VariantCopyInd(&result, &value))) {
+        if (FAILED(VariantCopyInd(&result, const_cast<VARIANT*>(&value)))) {
             throw std::bad_alloc{};
         }
         return result;
@@ -167,6 +170,17 @@ class variant : public VARIANT {
         return result;
     }
 };
+
+/// `value` as `type`, by Automation's rules; empty when it cannot be one. With VARIANT_NOVALUEPROP an object
+/// is not asked for its default property.
+inline std::optional<variant> convert(const VARIANT& value, VARTYPE type, USHORT flags = VARIANT_NOVALUEPROP,
+                                      LCID locale = LOCALE_USER_DEFAULT) noexcept {
+    variant result;
+    if (FAILED(VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), locale, flags, type))) {
+        return std::nullopt;
+    }
+    return result;
+}
 
 /// Replaces what an [in, out] argument holds; the old content is cleared, as Automation asks of the callee.
 inline void assign(VARIANT* target, variant value) noexcept {

@@ -1,5 +1,6 @@
-// Typed access to one-dimensional and two-dimensional safe arrays: makers that return an owner, and a lock that gives the elements
-// as a span and unlocks in its destructor. Elements stand with the first index running fastest.
+// Typed access to one-dimensional and two-dimensional safe arrays: makers that return an owner, and a lock
+// that gives the elements as a span and unlocks in its destructor. Elements stand with the first index
+// running fastest.
 #pragma once
 
 #include "com/owned.h"
@@ -11,8 +12,9 @@
 
 namespace com {
 
-/// Elements of an array while it is locked. T must be the C++ type of the array's element type; the caller has
-/// checked that (array_lock does not look at the VARTYPE). Throws std::runtime_error when the array cannot be locked.
+/// Elements of an array while it is locked. T must be the C++ type of the array's element type; the caller
+/// has checked that (array_lock does not look at the VARTYPE). Throws std::runtime_error when the array
+/// cannot be locked.
 template <typename T>
 class array_lock {
   public:

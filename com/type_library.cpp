@@ -2,6 +2,7 @@
 
 #include "com/com_ptr.h"
 
+#include <cstring>
 #include <map>
 #include <mutex>
 
@@ -10,7 +11,9 @@ namespace com {
 namespace {
 
 struct IidLess {
-    bool operator()(const IID& a, const IID& b) const noexcept { return std::memcmp(&a, &b, sizeof(IID)) < 0; }
+    bool operator()(const IID& a, const IID& b) const noexcept {
+        return std::memcmp(&a, &b, sizeof(IID)) < 0;
+    }
 };
 
 // Loading a type library can pump messages and re-enter through another object, hence the recursive lock.

@@ -1,9 +1,9 @@
 // The type library embedded in the module that this code is linked into, and the module itself.
 #pragma once
 
-#include <oaidl.h>
+#include "com/platform.h"
+
 #include <string>
-#include <windows.h>
 
 namespace com {
 
@@ -13,9 +13,9 @@ HMODULE thisModule() noexcept;
 /// Full file name of thisModule().
 std::wstring thisModulePath();
 
-/// Type information of interface `iid` from the module's embedded type library (first TYPELIB resource), in its vtable form.
-/// Loaded once and kept for the life of the process; null when the library or the interface is missing.
-/// The pointer is borrowed.
+/// Type information of interface `iid` from the module's embedded type library (first TYPELIB resource), in
+/// its vtable form. Loaded once and kept for the life of the process; null when the library or the interface
+/// is missing. The pointer is borrowed.
 ITypeInfo* typeInfoOf(REFIID iid) noexcept;
 
 } // namespace com

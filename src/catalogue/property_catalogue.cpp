@@ -10,7 +10,8 @@ namespace quorvane {
 
 namespace {
 
-PropertyInfo condition(const wchar_t* name, const wchar_t* unitMole, const wchar_t* unitMass, EnumPropertyType type) {
+PropertyInfo condition(const wchar_t* name, const wchar_t* unitMole, const wchar_t* unitMass,
+                       EnumPropertyType type) {
     return {name, unitMole, unitMass, Derivative_None, type, 0, 1, false, false};
 }
 
@@ -53,12 +54,19 @@ PropertyCatalogue::PropertyCatalogue() {
         add({name, nullptr, nullptr, Derivative_None, PropType_StringConstant, 0, 1, false, false});
     }
     for (const tables::Constant& row : tables::realConstants) {
-        add({row.name, row.unit, keepMassUnit(row.unit), Derivative_None, PropType_RealConstant, row.moleConversion, 1,
-             false, false});
+        add({row.name, row.unit, keepMassUnit(row.unit), Derivative_None, PropType_RealConstant,
+             row.moleConversion, 1, false, false});
     }
     for (const tables::Constant& row : tables::temperatureDependent) {
-        const PropertyInfo info{row.name,        row.unit, keepMassUnit(row.unit), Derivative_None, PropType_TemperatureDependent,
-                                row.moleConversion, 1,     false,                  false};
+        const PropertyInfo info{row.name,
+                                row.unit,
+                                keepMassUnit(row.unit),
+                                Derivative_None,
+                                PropType_TemperatureDependent,
+                                row.moleConversion,
+                                1,
+                                false,
+                                false};
         add(info);
         addDerivatives(info);
     }
@@ -72,12 +80,14 @@ PropertyCatalogue::PropertyCatalogue() {
         }
     };
     for (const tables::SinglePhase& row : tables::singlePhase) {
-        addWithAlias({row.name, row.unit, keepMassUnit(row.unit), Derivative_None, PropType_SinglePhase, row.moleConversion,
-                      row.rank, row.extensive, row.overall},
+        addWithAlias({row.name, row.unit, keepMassUnit(row.unit), Derivative_None, PropType_SinglePhase,
+                      row.moleConversion, row.rank, row.extensive, row.overall},
                      row.alias);
     }
     for (const tables::TwoPhase& row : tables::twoPhase) {
-        addWithAlias({row.name, row.unit, row.unit, Derivative_None, PropType_TwoPhase, 0, row.rank, false, false}, row.alias);
+        addWithAlias(
+            {row.name, row.unit, row.unit, Derivative_None, PropType_TwoPhase, 0, row.rank, false, false},
+            row.alias);
     }
 }
 
@@ -86,7 +96,9 @@ const PropertyInfo* PropertyCatalogue::find(std::wstring_view name) const noexce
     return entry == entries_.end() ? nullptr : &entry->second;
 }
 
-const wchar_t* PropertyCatalogue::keep(std::wstring text) { return pool_.emplace_back(std::move(text)).c_str(); }
+const wchar_t* PropertyCatalogue::keep(std::wstring text) {
+    return pool_.emplace_back(std::move(text)).c_str();
+}
 
 const wchar_t* PropertyCatalogue::keepMassUnit(const wchar_t* unitMole) {
     return unitMole == nullptr ? nullptr : keep(massUnitOf(unitMole));
@@ -106,7 +118,8 @@ void PropertyCatalogue::addDerivatives(const PropertyInfo& base) {
         entry.rank += derivative.addedRank;
         entry.overall = false;
         if (derivative.type == Derivative_MoleNumber && base.extensive) {
-            // The mole unit on both bases: the derivative of an extensive total is never converted to mass basis.
+            // The mole unit on both bases: the derivative of an extensive total is never converted to mass
+            // basis.
             entry.unitMass = base.unitMole;
         } else if (derivative.unitSuffix != nullptr) {
             entry.unitMole = keepDerivativeUnit(base.unitMole, derivative.unitSuffix);

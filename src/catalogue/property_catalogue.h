@@ -1,6 +1,7 @@
-// The property catalogue: every CAPE-OPEN 1.1 property name that the system knows, with its units on mole and mass basis,
-// its kind, its shape, and how its value changes between the bases. Built once, on first use; read-only afterwards.
-// Derivatives (suffixes .Dtemperature, .Dpressure, .DmolFraction, .Dmoles) are entries like any other.
+// The property catalogue: every CAPE-OPEN 1.1 property name that the system knows, with its units on mole and
+// mass basis, its kind, its shape, and how its value changes between the bases. Built once, on first use;
+// read-only afterwards. Derivatives (suffixes .Dtemperature, .Dpressure, .DmolFraction, .Dmoles) are entries
+// like any other.
 #pragma once
 
 #include <cstddef>
@@ -40,8 +41,10 @@ struct PropertyInfo {
     const wchar_t* unitMass; ///< null where unitMole is
     EnumDerivativeType derivType;
     EnumPropertyType propType;
-    std::int32_t moleConversion; ///< 1: per mole (J/mol); -1: moles per something (mol/m3); 0: the same on both bases
-    std::int32_t rank;           ///< compound dimensions of the value: 0 scalar, 1 per compound, 2 per pair of compounds
+    std::int32_t
+        moleConversion; ///< 1: per mole (J/mol); -1: moles per something (mol/m3); 0: the same on both bases
+    std::int32_t
+        rank; ///< compound dimensions of the value: 0 scalar, 1 per compound, 2 per pair of compounds
     bool extensive;
     bool overall; ///< may be given for the whole mixture, and so serve as an equilibrium condition
 };
@@ -52,7 +55,8 @@ class PropertyCatalogue {
     PropertyCatalogue(const PropertyCatalogue&) = delete;
     PropertyCatalogue& operator=(const PropertyCatalogue&) = delete;
 
-    /// The entry of `name` in any letter case (A-Z); null when there is none. Entries live as long as the catalogue.
+    /// The entry of `name` in any letter case (A-Z); null when there is none. Entries live as long as the
+    /// catalogue.
     const PropertyInfo* find(std::wstring_view name) const noexcept;
 
     std::size_t size() const noexcept { return entries_.size(); }
@@ -87,8 +91,8 @@ const PropertyInfo& lookupProperty(const wchar_t* name);
 /// Every `mol` of `unit`, from the left, replaced by `kg`.
 std::wstring massUnitOf(std::wstring_view unit);
 
-/// `unit` divided once more by the unit in `suffix` ("/K", "/Pa", "/mol"): the first occurrence of the suffix gets the exponent 2, otherwise
-/// the suffix is appended. A null unit gives the suffix itself.
+/// `unit` divided once more by the unit in `suffix` ("/K", "/Pa", "/mol"): the first occurrence of the suffix
+/// gets the exponent 2, otherwise the suffix is appended. A null unit gives the suffix itself.
 std::wstring derivativeUnit(const wchar_t* unit, std::wstring_view suffix);
 
 } // namespace quorvane

@@ -1,5 +1,6 @@
-// The fixed vocabulary, one row a property. Mass-basis units, derivative names and derivative units follow from these rows
-// by rule (property_catalogue.cpp). Names and units are those that users' workbooks already contain, oddities included.
+// The fixed vocabulary, one row a property. Mass-basis units, derivative names and derivative units follow
+// from these rows by rule (property_catalogue.cpp). Names and units are those that users' workbooks already
+// contain, oddities included.
 #pragma once
 
 namespace quorvane::tables {

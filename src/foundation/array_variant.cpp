@@ -137,8 +137,11 @@ struct ElementType {
 };
 
 constexpr ElementType elementTypes[] = {
-    {VT_I2, L"short", sizeof(SHORT)}, {VT_I4, L"long", sizeof(LONG)},          {VT_R8, L"double precision", sizeof(double)},
-    {VT_BSTR, L"string", sizeof(BSTR)}, {VT_VARIANT, L"VARIANT", sizeof(VARIANT)},
+    {VT_I2, L"short", sizeof(SHORT)},
+    {VT_I4, L"long", sizeof(LONG)},
+    {VT_R8, L"double precision", sizeof(double)},
+    {VT_BSTR, L"string", sizeof(BSTR)},
+    {VT_VARIANT, L"VARIANT", sizeof(VARIANT)},
 };
 
 const ElementType* elementType(VARTYPE vt) noexcept {
@@ -150,7 +153,8 @@ const ElementType* elementType(VARTYPE vt) noexcept {
     return nullptr;
 }
 
-// A careless component labels an array with another type than it holds; reading that would follow numbers as pointers.
+// A careless component labels an array with another type than it holds; reading that would follow numbers as
+// pointers.
 bool labelIsTrue(SAFEARRAY* array, VARTYPE vt) noexcept {
     VARTYPE actual = VT_EMPTY;
     if (SUCCEEDED(SafeArrayGetVartype(array, &actual)) && actual != vt) {

@@ -1,8 +1,9 @@
-// ArrayVariant: the owner of one Automation value that may hold a safe array, and the makers and checks of such arrays.
-// Nothing outside foundation/ touches a safe array directly.
+// ArrayVariant: the owner of one Automation value that may hold a safe array, and the makers and checks of
+// such arrays. Nothing outside foundation/ touches a safe array directly.
 //
-// Elements stand in safe-array order, the first index running fastest: of r rows and c columns, the element in 0-based row i
-// and column j stands at position i + j * r. One-dimensional arrays have lower bound 0, two-dimensional ones 1.
+// Elements stand in safe-array order, the first index running fastest: of r rows and c columns, the element
+// in 0-based row i and column j stands at position i + j * r. One-dimensional arrays have lower bound 0,
+// two-dimensional ones 1.
 #pragma once
 
 #include "com/owned.h"
@@ -50,8 +51,8 @@ class ArrayVariant {
 
     bool isEmpty() const noexcept { return value.vt == VT_EMPTY; }
 
-    /// Locks the data if need be and gives the `count` elements. T must match the element type that a maker or inspectVector has
-    /// established.
+    /// Locks the data if need be and gives the `count` elements. T must match the element type that a maker
+    /// or inspectVector has established.
     template <typename T>
     std::span<T> elements() {
         return {static_cast<T*>(lockedData()), static_cast<std::size_t>(count)};
@@ -74,8 +75,9 @@ class ArrayVariant {
 /// A one-dimensional VT_BSTR array; an empty text is left as a null BSTR; an empty list gives VT_EMPTY.
 ArrayVariant stringVectorToArray(std::span<const std::wstring> strings);
 
-/// Checks that `holder` holds a one-dimensional array of `vt` and fills in `lowerBound` and `count`; VT_EMPTY counts as no elements.
-/// On failure `message` tells what was wrong, without context: callers put their own before it.
+/// Checks that `holder` holds a one-dimensional array of `vt` and fills in `lowerBound` and `count`; VT_EMPTY
+/// counts as no elements. On failure `message` tells what was wrong, without context: callers put their own
+/// before it.
 bool inspectVector(ArrayVariant& holder, VARTYPE vt, std::wstring& message);
 
 /// inspectVector for callers that fail: throws WStrException with `context` before the check's message.

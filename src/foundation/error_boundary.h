@@ -1,5 +1,6 @@
-// Where failures leave the system. Every method that Excel or the front end calls runs its body inside one of the two frames
-// below, so that no exception crosses a COM boundary and every failure becomes a text for a person.
+// Where failures leave the system. Every method that Excel or the front end calls runs its body inside one of
+// the two frames below, so that no exception crosses a COM boundary and every failure becomes a text for a
+// person.
 #pragma once
 
 #include "com/owned.h"
@@ -8,15 +9,16 @@
 
 namespace quorvane {
 
-/// The message of the exception being handled, as a BSTR (null when there is no text or no memory for it). To be called
-/// inside a catch-all handler.
+/// The message of the exception being handled, as a BSTR (null when there is no text or no memory for it). To
+/// be called inside a catch-all handler.
 com::unique_bstr currentFailureMessage() noexcept;
 
-/// Installs Automation error information for the thread: description, source "Quorvane.Excel", interface `iid`.
+/// Installs Automation error information for the thread: description, source "Quorvane.Excel", interface
+/// `iid`.
 void installErrorInfo(BSTR description, REFIID iid) noexcept;
 
-/// Frame of a worksheet function: a failing one succeeds with the message as its result, so that the cell shows it.
-/// `fail` receives the message; `iid` is the interface named in the error information.
+/// Frame of a worksheet function: a failing one succeeds with the message as its result, so that the cell
+/// shows it. `fail` receives the message; `iid` is the interface named in the error information.
 template <typename Body, typename Fail>
 HRESULT worksheetCall(REFIID iid, Body&& body, Fail&& fail) noexcept {
     try {

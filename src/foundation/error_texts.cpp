@@ -14,8 +14,8 @@ namespace {
 
 constexpr auto firstCapeCode = static_cast<std::uint32_t>(ECapeUnknownHR);
 
-// One text for each code from ECapeUnknownHR on. The first is a complaint on purpose: users see it when a package fails
-// with the generic code and says nothing.
+// One text for each code from ECapeUnknownHR on. The first is a complaint on purpose: users see it when a
+// package fails with the generic code and says nothing.
 constexpr const wchar_t* capeTexts[] = {
     L"Failed to get error name for ECapeUnknown",
     L"invalid data",
@@ -44,19 +44,22 @@ constexpr const wchar_t* capeTexts[] = {
     L"Hessian information not available",
     L"One or more of the requested thermodynamic properties are not set on the material",
 };
-static_assert(std::size(capeTexts) == static_cast<std::uint32_t>(ECapeThrmPropertyNotAvailableHR) - firstCapeCode + 1);
+static_assert(std::size(capeTexts) ==
+              static_cast<std::uint32_t>(ECapeThrmPropertyNotAvailableHR) - firstCapeCode + 1);
 
 } // namespace
 
 std::wstring systemErrorText(HRESULT code) {
     std::array<wchar_t, 1024> buffer;
     constexpr auto size = static_cast<DWORD>(buffer.size());
-    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                  static_cast<DWORD>(code), LOCALE_USER_DEFAULT, buffer.data(), size, nullptr);
+    DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                       static_cast<DWORD>(code), LOCALE_USER_DEFAULT, buffer.data(), size, nullptr);
     if (length == 0) {
         DWORD_PTR arguments[] = {static_cast<DWORD>(code)};
-        length = FormatMessageW(FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY, L"error code 0x%1!08X!", 0,
-                                0, buffer.data(), size, reinterpret_cast<va_list*>(arguments));
+        length = FormatMessageW(FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY,
+                                L"error code 0x%1!08X!", 0, 0, buffer.data(), size,
+                                reinterpret_cast<va_list*>(arguments));
     }
     std::wstring_view text{buffer.data(), length};
     if (text.ends_with(L'\n')) {

@@ -1,17 +1,19 @@
 // Texts of failure codes, for people.
 #pragma once
 
+#include "com/platform.h"
+
 #include <string>
 #include <string_view>
-#include <unknwn.h>
 
 namespace quorvane {
 
 /// The system's own text of `code` without its line ending; "error code 0x........" when it has none.
 std::wstring systemErrorText(HRESULT code);
 
-/// What `object`, whose call failed with `code`, says about it: for a CAPE-OPEN code the description of its ECapeUser, else the
-/// name of its ECapeRoot, else the code's own text. Other codes are the system's, and the object is not asked.
+/// What `object`, whose call failed with `code`, says about it: for a CAPE-OPEN code the description of its
+/// ECapeUser, else the name of its ECapeRoot, else the code's own text. Other codes are the system's, and the
+/// object is not asked.
 std::wstring capeErrorText(IUnknown* object, HRESULT code);
 
 /// Throws WStrException with `context` before capeErrorText when `code` is a failure.

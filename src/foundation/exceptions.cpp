@@ -15,6 +15,8 @@ CWStrException::CWStrException(const wchar_t* message) noexcept : message_{messa
 
 const wchar_t* CWStrException::message() const noexcept { return message_; }
 
-std::size_t CWStrException::length() const noexcept { return message_ == nullptr ? 0 : std::wcslen(message_); }
+std::size_t CWStrException::length() const noexcept {
+    return message_ == nullptr ? 0 : std::wcslen(message_);
+}
 
 } // namespace quorvane

@@ -1,5 +1,6 @@
-// The system's own exceptions. Each carries one text for a person: the worksheet user sees it in the cell, the front end in
-// its error dialog. Fixed texts are thrown as CWStrException, composed ones as WStrException.
+// The system's own exceptions. Each carries one text for a person: the worksheet user sees it in the cell,
+// the front end in its error dialog. Fixed texts are thrown as CWStrException, composed ones as
+// WStrException.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +8,8 @@
 
 namespace quorvane {
 
-// No virtual destructor: an exception is destroyed as its own type by the exception mechanism, never through here.
+// No virtual destructor: an exception is destroyed as its own type by the exception mechanism, never through
+// here.
 class WException {
   public:
     virtual const wchar_t* message() const noexcept = 0;

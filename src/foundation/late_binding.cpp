@@ -25,7 +25,8 @@ constexpr long xlRangeValueDefault = 10;
     throw WStrException{std::move(text)};
 }
 
-void read(com::variant& result, IDispatch* object, const wchar_t* name, UINT argumentCount, VARIANT* arguments, WORD flags) {
+void read(com::variant& result, IDispatch* object, const wchar_t* name, UINT argumentCount,
+          VARIANT* arguments, WORD flags) {
     if (object == nullptr) {
         throw CWStrException{L"NULL IDispatch passed to AutoWrap()"};
     }
@@ -36,8 +37,8 @@ void read(com::variant& result, IDispatch* object, const wchar_t* name, UINT arg
         throw WStrException{joined(L"IDispatch::GetIDsOfNames failed for \"", name, L"\"")};
     }
     DISPPARAMS parameters{arguments, nullptr, argumentCount, 0};
-    const HRESULT code = object->Invoke(member, IID_NULL, LOCALE_SYSTEM_DEFAULT, flags, &parameters, result.put(), nullptr,
-                                        nullptr);
+    const HRESULT code = object->Invoke(member, IID_NULL, LOCALE_SYSTEM_DEFAULT, flags, &parameters,
+                                        result.put(), nullptr, nullptr);
     if (FAILED(code)) {
         throwReadFailure(object, name, code);
     }
@@ -50,7 +51,8 @@ com::com_ptr<IDispatch> objectIn(const com::variant& value) noexcept {
 
 } // namespace
 
-void readProperty(com::variant& result, IDispatch* object, const wchar_t* name, UINT argumentCount, VARIANT* arguments) {
+void readProperty(com::variant& result, IDispatch* object, const wchar_t* name, UINT argumentCount,
+                  VARIANT* arguments) {
     read(result, object, name, argumentCount, arguments, DISPATCH_PROPERTYGET);
 }
 

@@ -3,14 +3,15 @@
 
 #include "com/com_ptr.h"
 #include "com/owned.h"
-
-#include <oaidl.h>
+#include "com/platform.h"
 
 namespace quorvane {
 
-/// Reads property `name` of `object` with the given positional arguments (last first, as Automation wants them).
-/// Throws CWStrException for a null object, WStrException with the object's own description when the read fails.
-void readProperty(com::variant& result, IDispatch* object, const wchar_t* name, UINT argumentCount, VARIANT* arguments);
+/// Reads property `name` of `object` with the given positional arguments (last first, as Automation wants
+/// them). Throws CWStrException for a null object, WStrException with the object's own description when the
+/// read fails.
+void readProperty(com::variant& result, IDispatch* object, const wchar_t* name, UINT argumentCount,
+                  VARIANT* arguments);
 
 /// readProperty without arguments.
 com::variant readProperty(IDispatch* object, const wchar_t* name);

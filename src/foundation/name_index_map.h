@@ -1,5 +1,6 @@
-// NameIndexMap: from a compound or phase name of a package to its position. Names match whatever their case, by the run-time
-// library's lower-case mapping; a look-up copies nothing (names up to 126 characters are folded on the stack).
+// NameIndexMap: from a compound or phase name of a package to its position. Names match whatever their case,
+// by the run-time library's lower-case mapping; a look-up copies nothing (names up to 126 characters are
+// folded on the stack).
 #pragma once
 
 #include <array>
@@ -57,7 +58,8 @@ class StringMapKeyPtr final : public StringMapKey {
 
 class NameIndexMap {
   public:
-    /// Enters `name` with `position`. A name already present keeps its position; the result tells whether it was entered.
+    /// Enters `name` with `position`. A name already present keeps its position; the result tells whether it
+    /// was entered.
     bool insert(const wchar_t* name, std::int32_t position);
     /// Enters `name`, or moves a name already present to `position`.
     void assign(const wchar_t* name, std::int32_t position);

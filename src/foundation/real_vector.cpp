@@ -16,12 +16,11 @@ double elementToReal(const VARIANT& element) {
     if (element.vt == VT_R8) {
         return element.dblVal;
     }
-    com::variant converted;
-    if (SUCCEEDED(VariantChangeTypeEx(&converted, &element, 0, 0, VT_R8))) {
-        return converted.dblVal;
+    if (const auto number = com::convert(element, VT_R8, 0, LOCALE_NEUTRAL)) {
+        return number->dblVal;
     }
-    if (SUCCEEDED(VariantChangeTypeEx(converted.put(), &element, 0, 0, VT_BSTR))) {
-        throw WStrException{joined(L"Failed to convert \"", com::viewOf(converted.bstrVal), L"\" to real value")};
+    if (const auto text = com::convert(element, VT_BSTR, 0, LOCALE_NEUTRAL)) {
+        throw WStrException{joined(L"Failed to convert \"", com::viewOf(text->bstrVal), L"\" to real value")};
     }
     throw CWStrException{L"Array contains values that are not numbers"};
 }
@@ -34,7 +33,8 @@ std::int32_t vectorLength(SAFEARRAY* array) {
     for (UINT dimension = 1; dimension <= dimensions; ++dimension) {
         LONG lower = 0;
         LONG upper = 0;
-        if (FAILED(SafeArrayGetLBound(array, dimension, &lower)) || FAILED(SafeArrayGetUBound(array, dimension, &upper))) {
+        if (FAILED(SafeArrayGetLBound(array, dimension, &lower)) ||
+            FAILED(SafeArrayGetUBound(array, dimension, &upper))) {
             throw CWStrException{L"not a real array"};
         }
         const std::int64_t extent = std::int64_t{upper} - lower + 1;

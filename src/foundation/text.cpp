@@ -23,7 +23,8 @@ std::wstring foldAscii(std::wstring_view text) {
 
 bool matchesKeyword(std::wstring_view text, std::wstring_view keyword) noexcept {
     return text.size() == keyword.size() &&
-           std::equal(text.begin(), text.end(), keyword.begin(), [](wchar_t a, wchar_t b) { return foldAscii(a) == b; });
+           std::equal(text.begin(), text.end(), keyword.begin(),
+                      [](wchar_t a, wchar_t b) { return foldAscii(a) == b; });
 }
 
 bool equalsFoldingAscii(std::wstring_view a, std::wstring_view b) noexcept {

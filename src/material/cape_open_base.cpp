@@ -16,15 +16,16 @@ HRESULT giveText(BSTR* out, std::wstring_view text) noexcept {
 
 } // namespace
 
-CAPEOPENBASE::CAPEOPENBASE(std::wstring name, bool identityFixed) :
-    name_{std::move(name)}, identityFixed_{identityFixed} {}
+CAPEOPENBASE::CAPEOPENBASE(std::wstring name, bool identityFixed)
+    : name_{std::move(name)}, identityFixed_{identityFixed} {}
 
 void* CAPEOPENBASE::findInterface(REFIID iid) noexcept {
     // Several of the faces are an IDispatch; the identification is the one that stands for the object.
     return implements::findInterface(iid == IID_IDispatch ? __uuidof(ICapeIdentification) : iid);
 }
 
-void CAPEOPENBASE::recordError(const wchar_t* description, const wchar_t* scope, const wchar_t* interfaceName) noexcept {
+void CAPEOPENBASE::recordError(const wchar_t* description, const wchar_t* scope,
+                               const wchar_t* interfaceName) noexcept {
     try {
         errorDescription_ = description == nullptr ? L"" : description;
         errorScope_ = scope;
@@ -35,7 +36,8 @@ void CAPEOPENBASE::recordError(const wchar_t* description, const wchar_t* scope,
     }
 }
 
-HRESULT CAPEOPENBASE::notImplemented(const wchar_t* operation, const wchar_t* interfaceName, const void* required) noexcept {
+HRESULT CAPEOPENBASE::notImplemented(const wchar_t* operation, const wchar_t* interfaceName,
+                                     const void* required) noexcept {
     return required == nullptr ? E_POINTER : notImplemented(operation, interfaceName);
 }
 
@@ -44,7 +46,9 @@ HRESULT CAPEOPENBASE::notImplemented(const wchar_t* operation, const wchar_t* in
     return static_cast<HRESULT>(ECapeNoImplHR);
 }
 
-HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_ComponentName(BSTR* name) noexcept { return giveText(name, name_); }
+HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_ComponentName(BSTR* name) noexcept {
+    return giveText(name, name_);
+}
 
 HRESULT STDMETHODCALLTYPE CAPEOPENBASE::put_ComponentName(BSTR name) noexcept {
     return capeCall(L"put_ComponentName", L"ICapeIdentification", [&] {
@@ -71,7 +75,9 @@ HRESULT STDMETHODCALLTYPE CAPEOPENBASE::put_ComponentDescription(BSTR descriptio
     });
 }
 
-HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_name(BSTR* name) noexcept { return giveText(name, errorDescription_); }
+HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_name(BSTR* name) noexcept {
+    return giveText(name, errorDescription_);
+}
 
 HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_code(LONG* code) noexcept {
     if (code == nullptr) {
@@ -85,13 +91,17 @@ HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_description(BSTR* description) noexc
     return giveText(description, errorDescription_);
 }
 
-HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_scope(BSTR* scope) noexcept { return giveText(scope, errorScope_); }
+HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_scope(BSTR* scope) noexcept {
+    return giveText(scope, errorScope_);
+}
 
 HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_interfaceName(BSTR* interfaceName) noexcept {
     return giveText(interfaceName, errorInterface_);
 }
 
-HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_operation(BSTR* operation) noexcept { return giveText(operation, L"N/A"); }
+HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_operation(BSTR* operation) noexcept {
+    return giveText(operation, L"N/A");
+}
 
 HRESULT STDMETHODCALLTYPE CAPEOPENBASE::get_moreInfo(BSTR* moreInfo) noexcept {
     return giveText(moreInfo, L"For more info, please see https://tarnwick.example/quorvane");

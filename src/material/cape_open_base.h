@@ -1,6 +1,6 @@
-// CAPEOPENBASE: base of the CAPE-OPEN objects that the system shows to property packages. It gives the object its identity and
-// the error interfaces through which a package that received a failing status reads what went wrong.
-// Late binding is refused: packages call through the vtable.
+// CAPEOPENBASE: base of the CAPE-OPEN objects that the system shows to property packages. It gives the object
+// its identity and the error interfaces through which a package that received a failing status reads what
+// went wrong. Late binding is refused: packages call through the vtable.
 #pragma once
 
 #include "com/dual.h"
@@ -15,8 +15,9 @@ namespace quorvane {
 
 // All error interfaces are always answered; the status that the failing method returned tells the kind.
 class CAPEOPENBASE
-    : public com::implements<com::COMObject, com::RefusedDual<ICapeIdentification>, com::RefusedDual<ECapeRoot>,
-                             com::RefusedDual<ECapeUser>, com::RefusedDual<ECapeUnknown>, com::RefusedDual<ECapeImplementation>,
+    : public com::implements<com::COMObject, com::RefusedDual<ICapeIdentification>,
+                             com::RefusedDual<ECapeRoot>, com::RefusedDual<ECapeUser>,
+                             com::RefusedDual<ECapeUnknown>, com::RefusedDual<ECapeImplementation>,
                              com::RefusedDual<ECapeNoImpl>, com::RefusedDual<ECapeLimitedImpl>,
                              com::RefusedDual<ECapeInvalidOperation>, com::RefusedDual<ECapeComputation>,
                              com::RefusedDual<ECapeFailedInitialisation>, com::RefusedDual<ECapeSolvingError>,
@@ -62,8 +63,10 @@ class CAPEOPENBASE
         return static_cast<HRESULT>(ECapeUnknownHR);
     }
 
-    /// The answer of an operation that the object does not support; `required` is the pointer that the caller must have given.
-    HRESULT notImplemented(const wchar_t* operation, const wchar_t* interfaceName, const void* required) noexcept;
+    /// The answer of an operation that the object does not support; `required` is the pointer that the caller
+    /// must have given.
+    HRESULT notImplemented(const wchar_t* operation, const wchar_t* interfaceName,
+                           const void* required) noexcept;
     HRESULT notImplemented(const wchar_t* operation, const wchar_t* interfaceName) noexcept;
 
   private:

@@ -18,17 +18,19 @@ void MaterialObject11::setComposition(const std::vector<double>& values, std::in
 void MaterialObject11::requireMolecularWeight(std::size_t compound) const {
     const double weight = owner().molecularWeights()[compound];
     if (weight == std::numeric_limits<double>::lowest() || std::isnan(weight)) {
-        throw CWStrException{L"Unable to perform basis conversion, one or more missing values for molecular weight"};
+        throw CWStrException{
+            L"Unable to perform basis conversion, one or more missing values for molecular weight"};
     }
 }
 
-const std::vector<double>& MaterialObject11::convertComposition(const std::vector<double>& values, std::int32_t from,
-                                                                std::int32_t to) {
+const std::vector<double>& MaterialObject11::convertComposition(const std::vector<double>& values,
+                                                                std::int32_t from, std::int32_t to) {
     const std::int32_t exponent = basisExponent(from, to);
     if (exponent == 0) {
         return values;
     }
-    const std::vector<double>& factors = exponent < 0 ? owner().molecularWeights() : owner().inverseMolecularWeights();
+    const std::vector<double>& factors =
+        exponent < 0 ? owner().molecularWeights() : owner().inverseMolecularWeights();
     const bool missing = owner().missingMolecularWeight();
     conversionBuffer_.assign(values.size(), 0.0);
     double sum = 0.0;
@@ -55,7 +57,8 @@ CompositionTotals MaterialObject11::totalsOf(const Composition& composition) con
     if (!isMole && composition.basis != Basis_Mass) {
         return totals;
     }
-    const std::vector<double>& factors = isMole ? owner().molecularWeights() : owner().inverseMolecularWeights();
+    const std::vector<double>& factors =
+        isMole ? owner().molecularWeights() : owner().inverseMolecularWeights();
     const bool missing = owner().missingMolecularWeight();
     double given = 0.0;
     double converted = 0.0;

@@ -47,14 +47,16 @@ void copyTo(std::vector<double>& target, ArrayVariant& values) {
     target.assign(elements.begin(), elements.end());
 }
 
-// Requests are stored in lower case, so that ASCII names, which nearly all are, need no more than a comparison.
+// Requests are stored in lower case, so that ASCII names, which nearly all are, need no more than a
+// comparison.
 bool isSameName(BSTR given, const std::wstring& lowerCase) noexcept {
     return equalsFoldingAscii(com::viewOf(given), lowerCase) || equalsNoCase(given, lowerCase.c_str());
 }
 
 } // namespace
 
-MaterialObject11::MaterialObject11(const MaterialOwner& owner) : implements{L"Quorvane-MO", true}, owner_{&owner} {
+MaterialObject11::MaterialObject11(const MaterialOwner& owner)
+    : implements{L"Quorvane-MO", true}, owner_{&owner} {
     const auto compounds = static_cast<std::size_t>(owner.compoundCount());
     composition1_.values.resize(compounds);
     composition2.values.resize(compounds);
@@ -121,7 +123,8 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetOverallProp(BSTR name, BSTR basis
     });
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::GetOverallTPFraction(double* T, double* P, VARIANT* fractions) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::GetOverallTPFraction(double* T, double* P,
+                                                                 VARIANT* fractions) noexcept {
     if (T == nullptr || P == nullptr || fractions == nullptr) {
         return E_POINTER;
     }
@@ -130,8 +133,10 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetOverallTPFraction(double* T, doub
         return notImplemented(L"GetOverallProp", interfaceName);
     }
     return capeCall(L"MaterialObject11::GetOverallTPFraction", interfaceName, [&] {
-        const bool inOrder = specifications[0].name == L"temperature" && specifications[1].name == L"pressure";
-        const bool reversed = specifications[0].name == L"pressure" && specifications[1].name == L"temperature";
+        const bool inOrder =
+            specifications[0].name == L"temperature" && specifications[1].name == L"pressure";
+        const bool reversed =
+            specifications[0].name == L"pressure" && specifications[1].name == L"temperature";
         if (!inOrder && !reversed) {
             throwNoValue();
         }
@@ -175,7 +180,8 @@ com::variant MaterialObject11::singlePhaseValue(const PropertyInfo& info, BSTR l
     return com::realArray({info.propType == PropType_Temperature ? &temperature : &pressure, 1});
 }
 
-com::variant MaterialObject11::equilibriumPhaseValue(const PropertyInfo& info, BSTR label, Basis requested) const {
+com::variant MaterialObject11::equilibriumPhaseValue(const PropertyInfo& info, BSTR label,
+                                                     Basis requested) const {
     if (info.propType == PropType_PhaseFraction && owner().isVapor(label == nullptr ? L"" : label)) {
         for (const EquilibriumSpecification& specification : specifications) {
             if (equalsFoldingAscii(specification.name, L"vaporfraction")) {
@@ -197,21 +203,25 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetSinglePhaseProp(BSTR name, BSTR l
     return capeCall(L"MaterialObject11::GetSinglePhaseProp", interfaceName, [&] {
         const PropertyInfo& info = lookupProperty(name);
         const Basis requested = parseBasis(com::viewOf(basis));
-        com::assign(results, mode == CalculationMode::Equilibrium ? equilibriumPhaseValue(info, label, requested)
-                                                                  : singlePhaseValue(info, label, requested));
+        com::assign(results, mode == CalculationMode::Equilibrium
+                                 ? equilibriumPhaseValue(info, label, requested)
+                                 : singlePhaseValue(info, label, requested));
     });
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::GetTPFraction(BSTR label, double* T, double* P, VARIANT* fractions) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::GetTPFraction(BSTR label, double* T, double* P,
+                                                          VARIANT* fractions) noexcept {
     if (T == nullptr || P == nullptr || fractions == nullptr) {
         return E_POINTER;
     }
     return capeCall(L"MaterialObject11::GetTPFraction", interfaceName, [&] {
-        const Composition* composition = mode == CalculationMode::Equilibrium ? nullptr : compositionOf(label);
+        const Composition* composition =
+            mode == CalculationMode::Equilibrium ? nullptr : compositionOf(label);
         if (composition == nullptr) {
             throwNoValue();
         }
-        com::assign(fractions, com::realArray(convertComposition(composition->values, composition->basis, Basis_Mole)));
+        com::assign(fractions,
+                    com::realArray(convertComposition(composition->values, composition->basis, Basis_Mole)));
         *T = temperature;
         *P = pressure;
     });
@@ -250,7 +260,8 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::SetPresentPhases(VARIANT labels, VAR
             }
             const auto index = owner().phaseIndex(label);
             if (!index) {
-                throw WStrException{joined(L"Invalid phase labels: undefined phase \"", com::viewOf(label), L"\"")};
+                throw WStrException{
+                    joined(L"Invalid phase labels: undefined phase \"", com::viewOf(label), L"\"")};
             }
             phases.at(static_cast<std::size_t>(*index)).present = true;
         }
@@ -275,7 +286,8 @@ void MaterialObject11::storeRequestedProperty(BSTR label, BSTR basis, ArrayVaria
     resultBasis = given;
 }
 
-void MaterialObject11::storePhaseResult(const PropertyInfo* info, BSTR label, BSTR basis, ArrayVariant& values) {
+void MaterialObject11::storePhaseResult(const PropertyInfo* info, BSTR label, BSTR basis,
+                                        ArrayVariant& values) {
     const auto index = label == nullptr ? std::nullopt : owner().phaseIndex(label);
     if (!index) {
         throw CWStrException{L"Invalid phase"};
@@ -289,7 +301,8 @@ void MaterialObject11::storePhaseResult(const PropertyInfo* info, BSTR label, BS
     case PropType_Pressure:
         requireCount(values, 1);
         requireBasis(basis, false);
-        (info->propType == PropType_Temperature ? phase.temperature : phase.pressure) = values.elements<double>()[0];
+        (info->propType == PropType_Temperature ? phase.temperature : phase.pressure) =
+            values.elements<double>()[0];
         break;
     case PropType_Fraction: {
         requireCount(values, static_cast<std::size_t>(owner().compoundCount()));
@@ -308,7 +321,8 @@ void MaterialObject11::storePhaseResult(const PropertyInfo* info, BSTR label, BS
     }
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::SetSinglePhaseProp(BSTR name, BSTR label, BSTR basis, VARIANT values) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::SetSinglePhaseProp(BSTR name, BSTR label, BSTR basis,
+                                                               VARIANT values) noexcept {
     return capeCall(L"MaterialObject11::SetSinglePhaseProp", interfaceName, [&] {
         ArrayVariant reals = readValues(values);
         if (mode == CalculationMode::Equilibrium) {
@@ -319,7 +333,8 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::SetSinglePhaseProp(BSTR name, BSTR l
     });
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::SetTwoPhaseProp(BSTR name, VARIANT labels, BSTR basis, VARIANT values) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::SetTwoPhaseProp(BSTR name, VARIANT labels, BSTR basis,
+                                                            VARIANT values) noexcept {
     if (mode != CalculationMode::TwoPhase || !isRequested(name)) {
         return S_OK;
     }

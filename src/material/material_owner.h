@@ -1,5 +1,5 @@
-// MaterialOwner: what a material asks the property package that owns it. All lists are those that the package read from the
-// CAPE-OPEN component and stay as they are while the material is in use.
+// MaterialOwner: what a material asks the property package that owns it. All lists are those that the package
+// read from the CAPE-OPEN component and stay as they are while the material is in use.
 #pragma once
 
 #include "src/foundation/array_variant.h"
@@ -17,7 +17,7 @@ enum CompoundList : std::size_t {
     CompoundList_Ids,
     CompoundList_Formulae,
     CompoundList_Names,
-    CompoundList_BoilingPoints, ///< K
+    CompoundList_BoilingPoints,    ///< K
     CompoundList_MolecularWeights, ///< g/mol, as the component gave them
     CompoundList_CasNumbers,
     CompoundList_Count,
@@ -28,8 +28,9 @@ class MaterialOwner {
     virtual std::int32_t compoundCount() const noexcept = 0;
     virtual const ArrayVariant& compoundList(CompoundList which) const noexcept = 0;
 
-    virtual const std::vector<double>& molecularWeights() const noexcept = 0;        ///< kg/mol; NaN where missing
-    virtual const std::vector<double>& inverseMolecularWeights() const noexcept = 0; ///< mol/kg; NaN where missing
+    virtual const std::vector<double>& molecularWeights() const noexcept = 0; ///< kg/mol; NaN where missing
+    virtual const std::vector<double>&
+    inverseMolecularWeights() const noexcept = 0; ///< mol/kg; NaN where missing
     virtual bool missingMolecularWeight() const noexcept = 0;
 
     virtual std::int32_t phaseCount() const noexcept = 0;

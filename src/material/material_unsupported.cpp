@@ -17,7 +17,8 @@ constexpr const wchar_t* propertyRoutine = L"ICapeThermoPropertyRoutine";
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetCompoundList(VARIANT* ids, VARIANT* formulae, VARIANT* names,
                                                             VARIANT* boilingPoints, VARIANT* molecularWeights,
                                                             VARIANT* casNumbers) noexcept {
-    VARIANT* const outputs[CompoundList_Count] = {ids, formulae, names, boilingPoints, molecularWeights, casNumbers};
+    VARIANT* const outputs[CompoundList_Count] = {ids,           formulae,         names,
+                                                  boilingPoints, molecularWeights, casNumbers};
     for (const VARIANT* output : outputs) {
         if (output == nullptr) {
             return E_POINTER;
@@ -38,7 +39,8 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetNumCompounds(LONG* count) noexcep
     if (count == nullptr) {
         return E_POINTER;
     }
-    return capeCall(L"MaterialObject11::GetNumCompounds", compounds, [&] { *count = owner().compoundCount(); });
+    return capeCall(L"MaterialObject11::GetNumCompounds", compounds,
+                    [&] { *count = owner().compoundCount(); });
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::CopyFromMaterial(IDispatch** source) noexcept {
@@ -61,7 +63,8 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetConstPropList(VARIANT* names) noe
     return notImplemented(L"GetConstPropList", compounds, names);
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::GetPDependentProperty(VARIANT, double, VARIANT, VARIANT* values) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::GetPDependentProperty(VARIANT, double, VARIANT,
+                                                                  VARIANT* values) noexcept {
     return notImplemented(L"GetPDependentProperty", compounds, values);
 }
 
@@ -69,7 +72,8 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetPDependentPropList(VARIANT* names
     return notImplemented(L"GetPDependentPropList", compounds, names);
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::GetTDependentProperty(VARIANT, double, VARIANT, VARIANT* values) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::GetTDependentProperty(VARIANT, double, VARIANT,
+                                                                  VARIANT* values) noexcept {
     return notImplemented(L"GetTDependentProperty", compounds, values);
 }
 
@@ -106,8 +110,9 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetUniversalConstantList(VARIANT* na
     return notImplemented(L"GetUniversalConstantList", universalConstant, names);
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::CalcAndGetLnPhi(BSTR, double, double, VARIANT, INT, VARIANT* lnPhi, VARIANT*,
-                                                            VARIANT*, VARIANT*) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::CalcAndGetLnPhi(BSTR, double, double, VARIANT, INT,
+                                                            VARIANT* lnPhi, VARIANT*, VARIANT*,
+                                                            VARIANT*) noexcept {
     return notImplemented(L"CalcAndGetLnPhi", propertyRoutine, lnPhi);
 }
 
@@ -119,11 +124,13 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::CalcTwoPhaseProp(VARIANT, VARIANT) n
     return notImplemented(L"CalcTwoPhaseProp", propertyRoutine);
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::CheckSinglePhasePropSpec(BSTR, BSTR, VARIANT_BOOL* valid) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::CheckSinglePhasePropSpec(BSTR, BSTR,
+                                                                     VARIANT_BOOL* valid) noexcept {
     return notImplemented(L"CheckSinglePhasePropSpec", propertyRoutine, valid);
 }
 
-HRESULT STDMETHODCALLTYPE MaterialObject11::CheckTwoPhasePropSpec(BSTR, VARIANT, VARIANT_BOOL* valid) noexcept {
+HRESULT STDMETHODCALLTYPE MaterialObject11::CheckTwoPhasePropSpec(BSTR, VARIANT,
+                                                                  VARIANT_BOOL* valid) noexcept {
     return notImplemented(L"CheckTwoPhasePropSpec", propertyRoutine, valid);
 }
 

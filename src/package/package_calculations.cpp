@@ -1,4 +1,5 @@
-// Calculations of a PropertyPackage: conditions into the material, the call, results out of it on the requested basis.
+// Calculations of a PropertyPackage: conditions into the material, the call, results out of it on the
+// requested basis.
 #include "com/safe_array.h"
 #include "src/foundation/error_texts.h"
 #include "src/foundation/text.h"
@@ -11,7 +12,8 @@ namespace quorvane {
 
 namespace {
 
-// Lends the caller's texts to an array that the package may read while a calculation runs; the array owns none of them.
+// Lends the caller's texts to an array that the package may read while a calculation runs; the array owns
+// none of them.
 class LentTexts {
   public:
     LentTexts(const ArrayVariant& array, std::initializer_list<BSTR> texts) noexcept : array_{array} {
@@ -59,20 +61,23 @@ void PropertyPackage::prepareMaterial(CalculationMode mode, BSTR propName, BSTR 
     material_->resultBasis = Basis_Undefined;
 }
 
-const std::vector<double>& PropertyPackage::calcSinglePhaseProperty(BSTR propName, BSTR phaseLabel, double T, double P,
-                                                                    const std::vector<double>& composition,
-                                                                    bool compositionIsMass, const PropertyInfo& info,
-                                                                    bool resultIsMass) {
-    prepareMaterial(CalculationMode::SinglePhase, propName, phaseLabel, T, P, composition, compositionIsMass, info);
+const std::vector<double>&
+PropertyPackage::calcSinglePhaseProperty(BSTR propName, BSTR phaseLabel, double T, double P,
+                                         const std::vector<double>& composition, bool compositionIsMass,
+                                         const PropertyInfo& info, bool resultIsMass) {
+    prepareMaterial(CalculationMode::SinglePhase, propName, phaseLabel, T, P, composition, compositionIsMass,
+                    info);
     {
         const LentTexts names{propertyNameArray1_, {propName}};
-        requireSuccess(propertyRoutine_->CalcSinglePhaseProp(names.value(), phaseLabel), propertyRoutine_.get(), {});
+        requireSuccess(propertyRoutine_->CalcSinglePhaseProp(names.value(), phaseLabel),
+                       propertyRoutine_.get(), {});
     }
     const std::vector<double>& result = requireCalculated(*material_);
     if (material_->resultBasis == Basis_Undefined || info.moleConversion == 0) {
         return result;
     }
-    const std::int32_t factor = basisExponent(material_->resultBasis, basisOf(resultIsMass)) * info.moleConversion;
+    const std::int32_t factor =
+        basisExponent(material_->resultBasis, basisOf(resultIsMass)) * info.moleConversion;
     if (factor == 0) {
         return result;
     }
@@ -84,28 +89,28 @@ const std::vector<double>& PropertyPackage::calcSinglePhaseProperty(BSTR propNam
                                              resultIsMass, factor);
     }
     const CompositionTotals& amount = material_->totals();
-    convertedValue_.assign(1, result.front() * (factor < 0 ? amount.moles / amount.mass : amount.mass / amount.moles));
+    convertedValue_.assign(1, result.front() *
+                                  (factor < 0 ? amount.moles / amount.mass : amount.mass / amount.moles));
     return convertedValue_;
 }
 
-// The property per kilogram is b/M (or that per mole M b), and M itself depends on the composition: hence the terms with the
-// property itself, which takes a second call into the package.
-const std::vector<double>& PropertyPackage::convertCompositionDerivatives(BSTR propName, BSTR phaseLabel, double T, double P,
-                                                                          const std::vector<double>& composition,
-                                                                          bool compositionIsMass, const PropertyInfo& info,
-                                                                          bool resultIsMass, std::int32_t factor) {
+// The property per kilogram is b/M (or that per mole M b), and M itself depends on the composition: hence the
+// terms with the property itself, which takes a second call into the package.
+const std::vector<double>& PropertyPackage::convertCompositionDerivatives(
+    BSTR propName, BSTR phaseLabel, double T, double P, const std::vector<double>& composition,
+    bool compositionIsMass, const PropertyInfo& info, bool resultIsMass, std::int32_t factor) {
     const CompositionTotals amount = material_->totals();
     const double M = amount.mass / amount.moles;
     const double g = amount.moles / amount.mass;
     convertedDerivatives_ = material_->result;
-    // Appended to what an earlier conversion left, so that a second one on the same package fails to find its base property.
-    // Kept: workbooks in use show that message.
+    // Appended to what an earlier conversion left, so that a second one on the same package fails to find its
+    // base property. Kept: workbooks in use show that message.
     const std::wstring_view name = com::viewOf(propName);
     scratchText_.append(name.substr(0, name.find(L'.')));
     const PropertyInfo& baseInfo = lookupProperty(scratchText_.c_str());
     const com::unique_bstr baseName = com::makeBstr(scratchText_);
-    const double b = calcSinglePhaseProperty(baseName.get(), phaseLabel, T, P, composition, compositionIsMass, baseInfo,
-                                             resultIsMass)
+    const double b = calcSinglePhaseProperty(baseName.get(), phaseLabel, T, P, composition, compositionIsMass,
+                                             baseInfo, resultIsMass)
                          .front();
     std::vector<double>& d = convertedDerivatives_;
     const std::vector<double>& MW = molecularWeights_;
@@ -128,23 +133,25 @@ const std::vector<double>& PropertyPackage::convertCompositionDerivatives(BSTR p
     return d;
 }
 
-const std::vector<double>& PropertyPackage::calcTwoPhaseProperty(BSTR propName, BSTR phase1, BSTR phase2, double T, double P,
-                                                                 const std::vector<double>& composition,
-                                                                 const std::vector<double>& phase2Composition,
-                                                                 bool compositionIsMass, const PropertyInfo& info) {
+const std::vector<double>& PropertyPackage::calcTwoPhaseProperty(
+    BSTR propName, BSTR phase1, BSTR phase2, double T, double P, const std::vector<double>& composition,
+    const std::vector<double>& phase2Composition, bool compositionIsMass, const PropertyInfo& info) {
     prepareMaterial(CalculationMode::TwoPhase, propName, phase1, T, P, composition, compositionIsMass, info);
     assignFolded(material_->phase2, phase2);
     material_->composition2.values = phase2Composition;
     material_->composition2.basis = basisOf(compositionIsMass);
     const LentTexts names{propertyNameArray1_, {propName}};
     const LentTexts labels{propertyNameArray2_, {phase1, phase2}};
-    requireSuccess(propertyRoutine_->CalcTwoPhaseProp(names.value(), labels.value()), propertyRoutine_.get(), {});
+    requireSuccess(propertyRoutine_->CalcTwoPhaseProp(names.value(), labels.value()), propertyRoutine_.get(),
+                   {});
     return requireCalculated(*material_);
 }
 
-// Stores a condition in the material and gives the array of property, basis and phase that names it to the package.
-ArrayVariant PropertyPackage::specification(const EquilibriumCondition& condition, EquilibriumSpecification& stored,
-                                            bool isMass, bool& phaseFractionGiven) {
+// Stores a condition in the material and gives the array of property, basis and phase that names it to the
+// package.
+ArrayVariant PropertyPackage::specification(const EquilibriumCondition& condition,
+                                            EquilibriumSpecification& stored, bool isMass,
+                                            bool& phaseFractionGiven) {
     const std::wstring name{com::viewOf(condition.name)};
     const PropertyInfo& info = lookupProperty(name.c_str());
     stored.value = condition.value;
@@ -157,7 +164,8 @@ ArrayVariant PropertyPackage::specification(const EquilibriumCondition& conditio
         phaseFractionGiven = true;
         const com::array_lock<BSTR> labels{phaseLabels_.value.parray};
         const BSTR vaporLabel = labels.elements()[static_cast<std::size_t>(vaporPhaseIndex_)];
-        const std::wstring texts[] = {L"phaseFraction", isMass ? L"Mass" : L"Mole", std::wstring{com::viewOf(vaporLabel)}};
+        const std::wstring texts[] = {L"phaseFraction", isMass ? L"Mass" : L"Mole",
+                                      std::wstring{com::viewOf(vaporLabel)}};
         return stringVectorToArray(texts);
     }
     if (info.propType == PropType_Temperature) {
@@ -176,9 +184,10 @@ ArrayVariant PropertyPackage::specification(const EquilibriumCondition& conditio
 }
 
 const std::vector<PhaseResult>& PropertyPackage::calcEquilibrium(const EquilibriumCondition& condition1,
-                                                                 const EquilibriumCondition& condition2, BSTR solutionType,
-                                                                 const std::vector<double>& composition, bool isMass,
-                                                                 double& outT, double& outP) {
+                                                                 const EquilibriumCondition& condition2,
+                                                                 BSTR solutionType,
+                                                                 const std::vector<double>& composition,
+                                                                 bool isMass, double& outT, double& outP) {
     ensureMaterial();
     material_->setComposition(composition, basisOf(isMass));
     material_->temperature = std::numeric_limits<double>::quiet_NaN();
@@ -186,8 +195,10 @@ const std::vector<PhaseResult>& PropertyPackage::calcEquilibrium(const Equilibri
     material_->mode = CalculationMode::Equilibrium;
     material_->resetPhases();
     bool phaseFractionGiven = false;
-    const ArrayVariant first = specification(condition1, material_->specifications[0], isMass, phaseFractionGiven);
-    const ArrayVariant second = specification(condition2, material_->specifications[1], isMass, phaseFractionGiven);
+    const ArrayVariant first =
+        specification(condition1, material_->specifications[0], isMass, phaseFractionGiven);
+    const ArrayVariant second =
+        specification(condition2, material_->specifications[1], isMass, phaseFractionGiven);
     const bool useSolutionType = phaseFractionGiven && !com::viewOf(solutionType).empty();
     const com::unique_bstr unspecified = useSolutionType ? com::unique_bstr{} : com::makeBstr(L"Unspecified");
     requireSuccess(equilibriumRoutine_->CalcEquilibrium(first.value, second.value,

@@ -13,7 +13,9 @@ namespace {
 
 constexpr double kilogramsPerGram = 0.001;
 
-bool isMissing(double value) noexcept { return std::isnan(value) || value == std::numeric_limits<double>::lowest(); }
+bool isMissing(double value) noexcept {
+    return std::isnan(value) || value == std::numeric_limits<double>::lowest();
+}
 
 bool listPrecedes(BSTR a, BSTR b) noexcept { return precedesInList(a, b); }
 
@@ -30,8 +32,9 @@ void sortNames(ArrayVariant& names, const wchar_t* context) {
 
 // The four property lists follow one pattern.
 template <typename Interface>
-ArrayVariant propertyList(ArrayVariant& cached, Interface* source, HRESULT (STDMETHODCALLTYPE Interface::*read)(VARIANT*),
-                          const wchar_t* failure, const wchar_t* invalid) {
+ArrayVariant propertyList(ArrayVariant& cached, Interface* source,
+                          HRESULT (STDMETHODCALLTYPE Interface::*read)(VARIANT*), const wchar_t* failure,
+                          const wchar_t* invalid) {
     if (cached.isEmpty()) {
         ArrayVariant names;
         requireSuccess((source->*read)(names.put()), source, failure);
@@ -61,10 +64,10 @@ void PropertyPackage::loadCompounds() {
         return;
     }
     std::array<ArrayVariant, CompoundList_Count> lists;
-    requireSuccess(compounds_->GetCompoundList(lists[CompoundList_Ids].put(), lists[CompoundList_Formulae].put(),
-                                               lists[CompoundList_Names].put(), lists[CompoundList_BoilingPoints].put(),
-                                               lists[CompoundList_MolecularWeights].put(),
-                                               lists[CompoundList_CasNumbers].put()),
+    requireSuccess(compounds_->GetCompoundList(
+                       lists[CompoundList_Ids].put(), lists[CompoundList_Formulae].put(),
+                       lists[CompoundList_Names].put(), lists[CompoundList_BoilingPoints].put(),
+                       lists[CompoundList_MolecularWeights].put(), lists[CompoundList_CasNumbers].put()),
                    compounds_.get(), L"Failed to obtain compound data: ");
     requireVector(lists[CompoundList_Ids], VT_BSTR, L"Invalid values for compound IDs: ");
     requireVector(lists[CompoundList_Names], VT_BSTR, L"Invalid values for compound names: ");
@@ -123,8 +126,10 @@ void PropertyPackage::loadPhases() {
     requireVector(labels, VT_BSTR, L"Invalid phase name list: ");
     requireVector(states, VT_BSTR, L"Invalid aggregation state list: ");
     if (labels.count != states.count) {
-        // Thrown as a pointer, which no handler knows: users see "Unknown exception" here, and support pages say so.
-        throw std::make_shared<const WStrException>(L"Length mismatch between list of phase names and states of aggregation");
+        // Thrown as a pointer, which no handler knows: users see "Unknown exception" here, and support pages
+        // say so.
+        throw std::make_shared<const WStrException>(
+            L"Length mismatch between list of phase names and states of aggregation");
     }
     NameIndexMap index;
     std::vector<EnumPhaseType> types;
@@ -151,21 +156,25 @@ void PropertyPackage::loadPhases() {
 
 ArrayVariant PropertyPackage::compoundConstantList() {
     return propertyList(constantNames_, compounds_.get(), &ICapeThermoCompounds::GetConstPropList,
-                        L"Failed to obtain list of compound constants: ", L"Invalid compound constant list: ");
+                        L"Failed to obtain list of compound constants: ",
+                        L"Invalid compound constant list: ");
 }
 
 ArrayVariant PropertyPackage::temperatureDependentPropertyList() {
-    return propertyList(temperatureDependentNames_, compounds_.get(), &ICapeThermoCompounds::GetTDependentPropList,
-                        L"Failed to obtain list of temperature dependent properties: ", L"Invalid property list: ");
+    return propertyList(
+        temperatureDependentNames_, compounds_.get(), &ICapeThermoCompounds::GetTDependentPropList,
+        L"Failed to obtain list of temperature dependent properties: ", L"Invalid property list: ");
 }
 
 ArrayVariant PropertyPackage::singlePhasePropertyList() {
-    return propertyList(singlePhaseNames_, propertyRoutine_.get(), &ICapeThermoPropertyRoutine::GetSinglePhasePropList,
+    return propertyList(singlePhaseNames_, propertyRoutine_.get(),
+                        &ICapeThermoPropertyRoutine::GetSinglePhasePropList,
                         L"Failed to obtain list of single phase properties: ", L"Invalid property list: ");
 }
 
 ArrayVariant PropertyPackage::twoPhasePropertyList() {
-    return propertyList(twoPhaseNames_, propertyRoutine_.get(), &ICapeThermoPropertyRoutine::GetTwoPhasePropList,
+    return propertyList(twoPhaseNames_, propertyRoutine_.get(),
+                        &ICapeThermoPropertyRoutine::GetTwoPhasePropList,
                         L"Failed to obtain list of two phase properties: ", L"Invalid property list: ");
 }
 
@@ -179,7 +188,8 @@ ArrayVariant PropertyPackage::equilibriumConditionNames() {
         // A package that cannot list its properties still offers the plain conditions.
         ArrayVariant offered;
         std::wstring ignored;
-        if (SUCCEEDED(propertyRoutine_->GetSinglePhasePropList(offered.put())) && inspectVector(offered, VT_BSTR, ignored)) {
+        if (SUCCEEDED(propertyRoutine_->GetSinglePhasePropList(offered.put())) &&
+            inspectVector(offered, VT_BSTR, ignored)) {
             for (const BSTR name : offered.elements<BSTR>()) {
                 const PropertyInfo& info = lookupProperty(name);
                 if (info.overall) {
@@ -190,8 +200,9 @@ ArrayVariant PropertyPackage::equilibriumConditionNames() {
                 }
             }
         }
-        std::sort(names.begin() + 2, names.end(),
-                  [](const std::wstring& a, const std::wstring& b) { return precedesInList(a.c_str(), b.c_str()); });
+        std::sort(names.begin() + 2, names.end(), [](const std::wstring& a, const std::wstring& b) {
+            return precedesInList(a.c_str(), b.c_str());
+        });
         conditionNames_ = stringVectorToArray(names);
     }
     return conditionNames_.copy();

@@ -1,11 +1,10 @@
 // Binding, life cycle and material of a PropertyPackage.
 #include "src/package/property_package.h"
 
+#include "com/platform.h"
 #include "src/foundation/error_texts.h"
 #include "src/foundation/life_cycle.h"
 #include "src/foundation/text.h"
-
-#include <ocidl.h>
 
 namespace quorvane {
 
@@ -17,7 +16,8 @@ void requireCreated(HRESULT code, const wchar_t* context) {
     }
 }
 
-com::com_ptr<IUnknown> packageOfManager(ICapeThermoPropertyPackageManager* manager, const std::wstring& packageName) {
+com::com_ptr<IUnknown> packageOfManager(ICapeThermoPropertyPackageManager* manager,
+                                        const std::wstring& packageName) {
     initializeObject(manager);
     const com::unique_bstr name = com::makeBstr(packageName);
     com::com_ptr<IDispatch> package;
@@ -33,7 +33,8 @@ com::com_ptr<IUnknown> packageOfManager(ICapeThermoPropertyPackageManager* manag
 
 void restoreState(IUnknown* package, IStream* savedState) {
     const auto stream = com::queryFor<IPersistStream>(package);
-    const auto streamInit = stream ? com::com_ptr<IPersistStreamInit>{} : com::queryFor<IPersistStreamInit>(package);
+    const auto streamInit =
+        stream ? com::com_ptr<IPersistStreamInit>{} : com::queryFor<IPersistStreamInit>(package);
     if (savedState == nullptr) {
         if (streamInit) {
             // A package that cannot start afresh says so when it is initialised, which is next.
@@ -61,10 +62,11 @@ com::com_ptr<Interface> require(IUnknown* package, const wchar_t* message) {
 
 } // namespace
 
-PropertyPackage::PropertyPackage(std::wstring managerName, const GUID& managerGUID, CAPEOPENPackageManagerType managerType,
-                                 std::wstring packageName, IStream* savedState) :
-    managerGUID_{managerGUID},
-    managerType_{managerType}, packageName_{std::move(packageName)}, managerName_{std::move(managerName)} {
+PropertyPackage::PropertyPackage(std::wstring managerName, const GUID& managerGUID,
+                                 CAPEOPENPackageManagerType managerType, std::wstring packageName,
+                                 IStream* savedState)
+    : managerGUID_{managerGUID}, managerType_{managerType}, packageName_{std::move(packageName)},
+      managerName_{std::move(managerName)} {
     propertyNameArray2_.createVector(2, VT_BSTR);
     propertyNameArray1_.createVector(1, VT_BSTR);
     bind(create().get(), savedState);
@@ -79,15 +81,14 @@ com::com_ptr<IUnknown> PropertyPackage::create() const {
     switch (managerType_) {
     case StandAlonePackage11: {
         com::com_ptr<IDispatch> package;
-        requireCreated(
-            CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL, IID_IDispatch, package.putVoid()),
-            L"Failed to create property package: ");
+        requireCreated(CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL, IID_IDispatch, package.putVoid()),
+                       L"Failed to create property package: ");
         return package;
     }
     case PropertyPackageManager11: {
         com::com_ptr<ICapeThermoPropertyPackageManager> manager;
-        requireCreated(CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL, __uuidof(ICapeThermoPropertyPackageManager),
-                                        manager.putVoid()),
+        requireCreated(CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL,
+                                        __uuidof(ICapeThermoPropertyPackageManager), manager.putVoid()),
                        L"Failed to create property package manager: ");
         return packageOfManager(manager.get(), packageName_);
     }
@@ -101,12 +102,13 @@ void PropertyPackage::bind(IUnknown* package, IStream* savedState) {
     initializeObject(package);
     try {
         // The doubled m is how users have always been shown this message.
-        compounds_ = require<ICapeThermoCompounds>(package, L"Package does not implement ICapeThermoCommpounds");
+        compounds_ =
+            require<ICapeThermoCompounds>(package, L"Package does not implement ICapeThermoCommpounds");
         phases_ = require<ICapeThermoPhases>(package, L"Package does not implement ICapeThermoPhases");
-        propertyRoutine_ =
-            require<ICapeThermoPropertyRoutine>(package, L"Package does not implement ICapeThermoPropertyRoutine");
-        equilibriumRoutine_ =
-            require<ICapeThermoEquilibriumRoutine>(package, L"Package does not implement ICapeThermoEquilibriumRoutine");
+        propertyRoutine_ = require<ICapeThermoPropertyRoutine>(
+            package, L"Package does not implement ICapeThermoPropertyRoutine");
+        equilibriumRoutine_ = require<ICapeThermoEquilibriumRoutine>(
+            package, L"Package does not implement ICapeThermoEquilibriumRoutine");
     } catch (...) {
         terminateObject(package);
         throw;
@@ -126,8 +128,8 @@ void PropertyPackage::reset() noexcept {
     for (ArrayVariant& list : compoundData_) {
         list.release();
     }
-    for (ArrayVariant* list : {&constantNames_, &temperatureDependentNames_, &singlePhaseNames_, &twoPhaseNames_,
-                               &conditionNames_, &phaseLabels_}) {
+    for (ArrayVariant* list : {&constantNames_, &temperatureDependentNames_, &singlePhaseNames_,
+                               &twoPhaseNames_, &conditionNames_, &phaseLabels_}) {
         list->release();
     }
     molecularWeights_.clear();

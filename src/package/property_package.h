@@ -1,26 +1,27 @@
-// PropertyPackage: one CAPE-OPEN 1.1 property package that a workbook uses, bound and initialised by the constructor and terminated
-// by the destructor. It reads the package's compounds, phases and property lists once and keeps them, owns the material that the
-// package works on, and runs its calculations. Used on Excel's thread only; held by shared pointers.
+// PropertyPackage: one CAPE-OPEN 1.1 property package that a workbook uses, bound and initialised by the
+// constructor and terminated by the destructor. It reads the package's compounds, phases and property lists
+// once and keeps them, owns the material that the package works on, and runs its calculations. Used on
+// Excel's thread only; held by shared pointers.
 //
-// All failures are WException with the text for the user. A list that could not be read stays empty and is read again when
-// asked for next.
+// All failures are WException with the text for the user. A list that could not be read stays empty and is
+// read again when asked for next.
 #pragma once
 
 #include "com/com_ptr.h"
+#include "com/platform.h"
 #include "src/foundation/name_index_map.h"
 #include "src/material/material_object.h"
 
 #include <array>
 #include <memory>
-#include <objidl.h>
 #include <quorvane_idl.h>
 #include <string>
 #include <vector>
 
 namespace quorvane {
 
-/// One condition of an equilibrium, as the user typed it: temperature in K, pressure in Pa, energies and the like on the basis of
-/// the calculation, vaporFraction from 0 to 1.
+/// One condition of an equilibrium, as the user typed it: temperature in K, pressure in Pa, energies and the
+/// like on the basis of the calculation, vaporFraction from 0 to 1.
 struct EquilibriumCondition {
     BSTR name;
     double value;
@@ -28,8 +29,8 @@ struct EquilibriumCondition {
 
 class PropertyPackage final : public MaterialOwner {
   public:
-    /// Creates and initialises the component. `managerGUID` is the class of the package (stand-alone) or of its manager;
-    /// `savedState`, when not null, is positioned at the start of what the package saved before.
+    /// Creates and initialises the component. `managerGUID` is the class of the package (stand-alone) or of
+    /// its manager; `savedState`, when not null, is positioned at the start of what the package saved before.
     PropertyPackage(std::wstring managerName, const GUID& managerGUID, CAPEOPENPackageManagerType managerType,
                     std::wstring packageName, IStream* savedState);
     PropertyPackage(const PropertyPackage&) = delete;
@@ -50,7 +51,8 @@ class PropertyPackage final : public MaterialOwner {
     void loadCompounds();
     void loadPhases();
 
-    // Copies of the lists: one-dimensional arrays of strings, sorted for the user; empty when the package has none.
+    // Copies of the lists: one-dimensional arrays of strings, sorted for the user; empty when the package has
+    // none.
     ArrayVariant compoundConstantList();
     ArrayVariant temperatureDependentPropertyList();
     ArrayVariant singlePhasePropertyList();
@@ -60,38 +62,56 @@ class PropertyPackage final : public MaterialOwner {
 
     /// Position of a compound or phase name in any letter case. The lists must be loaded.
     std::optional<std::int32_t> compoundIndex(const wchar_t* name) const { return compoundIndex_.find(name); }
-    EnumPhaseType phaseType(std::int32_t index) const { return phaseStates_.at(static_cast<std::size_t>(index)); }
-    std::int32_t vaporPhaseIndex() const noexcept { return vaporPhaseIndex_; } ///< -1: there is no vapor phase
+    EnumPhaseType phaseType(std::int32_t index) const {
+        return phaseStates_.at(static_cast<std::size_t>(index));
+    }
+    std::int32_t vaporPhaseIndex() const noexcept {
+        return vaporPhaseIndex_;
+    } ///< -1: there is no vapor phase
 
     /// Creates the material and makes it the package's active one, once.
     void ensureMaterial();
 
-    /// A single-phase property at T (K) and P (Pa), converted to the requested basis. The result is valid until the next calculation.
+    /// A single-phase property at T (K) and P (Pa), converted to the requested basis. The result is valid
+    /// until the next calculation.
     const std::vector<double>& calcSinglePhaseProperty(BSTR propName, BSTR phaseLabel, double T, double P,
-                                                       const std::vector<double>& composition, bool compositionIsMass,
-                                                       const PropertyInfo& info, bool resultIsMass);
+                                                       const std::vector<double>& composition,
+                                                       bool compositionIsMass, const PropertyInfo& info,
+                                                       bool resultIsMass);
 
-    /// A property of two phases; a composition derivative holds the values for phase 1 followed by those for phase 2.
-    const std::vector<double>& calcTwoPhaseProperty(BSTR propName, BSTR phase1, BSTR phase2, double T, double P,
-                                                    const std::vector<double>& composition,
-                                                    const std::vector<double>& phase2Composition, bool compositionIsMass,
-                                                    const PropertyInfo& info);
+    /// A property of two phases; a composition derivative holds the values for phase 1 followed by those for
+    /// phase 2.
+    const std::vector<double>& calcTwoPhaseProperty(BSTR propName, BSTR phase1, BSTR phase2, double T,
+                                                    double P, const std::vector<double>& composition,
+                                                    const std::vector<double>& phase2Composition,
+                                                    bool compositionIsMass, const PropertyInfo& info);
 
-    /// A phase equilibrium. One result per package phase, fractions and compositions on the requested basis; `outT` and `outP` receive
-    /// the temperature and pressure, NaN where the package reported none.
-    const std::vector<PhaseResult>& calcEquilibrium(const EquilibriumCondition& condition1, const EquilibriumCondition& condition2,
-                                                    BSTR solutionType, const std::vector<double>& composition, bool isMass,
+    /// A phase equilibrium. One result per package phase, fractions and compositions on the requested basis;
+    /// `outT` and `outP` receive the temperature and pressure, NaN where the package reported none.
+    const std::vector<PhaseResult>& calcEquilibrium(const EquilibriumCondition& condition1,
+                                                    const EquilibriumCondition& condition2, BSTR solutionType,
+                                                    const std::vector<double>& composition, bool isMass,
                                                     double& outT, double& outP);
 
     // MaterialOwner
-    std::int32_t compoundCount() const noexcept override { return static_cast<std::int32_t>(molecularWeights_.size()); }
-    const ArrayVariant& compoundList(CompoundList which) const noexcept override { return compoundData_[which]; }
+    std::int32_t compoundCount() const noexcept override {
+        return static_cast<std::int32_t>(molecularWeights_.size());
+    }
+    const ArrayVariant& compoundList(CompoundList which) const noexcept override {
+        return compoundData_[which];
+    }
     const std::vector<double>& molecularWeights() const noexcept override { return molecularWeights_; }
-    const std::vector<double>& inverseMolecularWeights() const noexcept override { return inverseMolecularWeights_; }
+    const std::vector<double>& inverseMolecularWeights() const noexcept override {
+        return inverseMolecularWeights_;
+    }
     bool missingMolecularWeight() const noexcept override { return missingMolecularWeight_; }
-    std::int32_t phaseCount() const noexcept override { return static_cast<std::int32_t>(phaseStates_.size()); }
+    std::int32_t phaseCount() const noexcept override {
+        return static_cast<std::int32_t>(phaseStates_.size());
+    }
     const ArrayVariant& phaseLabels() const noexcept override { return phaseLabels_; }
-    std::optional<std::int32_t> phaseIndex(const wchar_t* label) const override { return phaseIndex_.find(label); }
+    std::optional<std::int32_t> phaseIndex(const wchar_t* label) const override {
+        return phaseIndex_.find(label);
+    }
     bool isVapor(const wchar_t* label) const override;
 
   private:
@@ -99,12 +119,14 @@ class PropertyPackage final : public MaterialOwner {
     void bind(IUnknown* package, IStream* savedState);
     void releaseMaterial() noexcept;
     void prepareMaterial(CalculationMode mode, BSTR propName, BSTR phase1, double T, double P,
-                         const std::vector<double>& composition, bool compositionIsMass, const PropertyInfo& info);
-    const std::vector<double>& convertCompositionDerivatives(BSTR propName, BSTR phaseLabel, double T, double P,
-                                                             const std::vector<double>& composition, bool compositionIsMass,
-                                                             const PropertyInfo& info, bool resultIsMass, std::int32_t factor);
-    ArrayVariant specification(const EquilibriumCondition& condition, EquilibriumSpecification& stored, bool isMass,
-                               bool& phaseFractionGiven);
+                         const std::vector<double>& composition, bool compositionIsMass,
+                         const PropertyInfo& info);
+    const std::vector<double>& convertCompositionDerivatives(BSTR propName, BSTR phaseLabel, double T,
+                                                             double P, const std::vector<double>& composition,
+                                                             bool compositionIsMass, const PropertyInfo& info,
+                                                             bool resultIsMass, std::int32_t factor);
+    ArrayVariant specification(const EquilibriumCondition& condition, EquilibriumSpecification& stored,
+                               bool isMass, bool& phaseFractionGiven);
     void convertPhaseResults(bool isMass);
 
     com::com_ptr<ICapeThermoCompounds> compounds_;

@@ -19,9 +19,9 @@ struct SelectionTexts {
     const wchar_t* badValue;
 };
 
-constexpr SelectionTexts compoundTexts{
-    L"Empty string is invalid for compound name", L"Invalid compound name",
-    L"Invalid value for compound - expected compound name or 1-based compound index (\"All\" or 0 for all compounds)"};
+constexpr SelectionTexts compoundTexts{L"Empty string is invalid for compound name", L"Invalid compound name",
+                                       L"Invalid value for compound - expected compound name or 1-based "
+                                       L"compound index (\"All\" or 0 for all compounds)"};
 
 constexpr SelectionTexts phaseTexts{L"Empty string is invalid for phase name", L"Invalid phase name",
                                     L"Invalid value for phase - expected phase name or 1-based phase index"
@@ -39,15 +39,13 @@ std::optional<std::int32_t> selectedNumber(const VARIANT& value, std::int32_t co
         }
         return std::nullopt;
     }
-    com::variant whole;
-    if (FAILED(VariantChangeType(&whole, &value, VARIANT_NOVALUEPROP, VT_I4)) || whole.lVal < 0 || whole.lVal > count) {
-        return std::nullopt;
-    }
-    return whole.lVal;
+    const auto whole = com::convert(value, VT_I4);
+    return whole && whole->lVal >= 0 && whole->lVal <= count ? std::optional{whole->lVal} : std::nullopt;
 }
 
 template <typename Find>
-std::int32_t readSelection(const VARIANT& argument, std::int32_t count, const SelectionTexts& texts, Find find) {
+std::int32_t readSelection(const VARIANT& argument, std::int32_t count, const SelectionTexts& texts,
+                           Find find) {
     const VARIANT given = withoutReference(argument);
     if (isOmitted(given)) {
         return selectAll;
@@ -61,7 +59,8 @@ std::int32_t readSelection(const VARIANT& argument, std::int32_t count, const Se
         if (value.bstrVal == nullptr) {
             throw CWStrException{texts.emptyName};
         }
-        // The word "All" is looked up like any other name, although the message below mentions it: kept as users know it.
+        // The word "All" is looked up like any other name, although the message below mentions it: kept as
+        // users know it.
         const std::optional<std::int32_t> position = find(value.bstrVal);
         if (!position) {
             throw CWStrException{texts.unknownName};
@@ -129,11 +128,11 @@ bool readFlag(const VARIANT& argument, const wchar_t* argumentName, bool default
     if (resolved.isEmpty()) {
         return defaultValue;
     }
-    com::variant truth;
-    if (FAILED(VariantChangeType(&truth, &resolved.value, VARIANT_NOVALUEPROP, VT_BOOL))) {
+    const auto truth = com::convert(resolved.value, VT_BOOL);
+    if (!truth) {
         throw WStrException{joined(L"Invalid value for ", argumentName, L" - expected bool value")};
     }
-    return truth.boolVal != VARIANT_FALSE;
+    return truth->boolVal != VARIANT_FALSE;
 }
 
 std::vector<double> readComposition(const VARIANT& argument, const PropertyPackage& package, bool normalize,

@@ -1,6 +1,6 @@
-// Readers of worksheet arguments. A user may type a word, a number, a truth value or a reference to a cell in any optional
-// argument, or leave it out; every reader gives its default for a left-out argument and an empty cell, and throws WException with
-// the text for the user otherwise.
+// Readers of worksheet arguments. A user may type a word, a number, a truth value or a reference to a cell in
+// any optional argument, or leave it out; every reader gives its default for a left-out argument and an empty
+// cell, and throws WException with the text for the user otherwise.
 #pragma once
 
 #include "src/workbook/session.h"
@@ -16,7 +16,8 @@ std::shared_ptr<PropertyPackage> readPackage(Session& session, BSTR name);
 /// True for mass basis. Words only: a reference to a cell is refused.
 bool readBasis(const VARIANT& argument);
 
-/// Position of the compound given by name or 1-based number, selectAll for 0 or nothing. Loads the package's compounds.
+/// Position of the compound given by name or 1-based number, selectAll for 0 or nothing. Loads the package's
+/// compounds.
 std::int32_t readCompound(PropertyPackage& package, const VARIANT& argument);
 
 /// The same for a phase.
@@ -25,8 +26,10 @@ std::int32_t readPhase(PropertyPackage& package, const VARIANT& argument);
 /// A truth value; `argumentName` appears in the message for a value that is none.
 bool readFlag(const VARIANT& argument, const wchar_t* argumentName, bool defaultValue);
 
-/// A composition: as many reals as the package has compounds, scaled to the sum 1 if asked (one that sums to zero or to no number stays as it is,
-/// for the package to refuse). `name` appears in the message for a wrong number of values.
-std::vector<double> readComposition(const VARIANT& argument, const PropertyPackage& package, bool normalize, const wchar_t* name);
+/// A composition: as many reals as the package has compounds, scaled to the sum 1 if asked (one that sums to
+/// zero or to no number stays as it is, for the package to refuse). `name` appears in the message for a wrong
+/// number of values.
+std::vector<double> readComposition(const VARIANT& argument, const PropertyPackage& package, bool normalize,
+                                    const wchar_t* name);
 
 } // namespace quorvane::udf

@@ -12,7 +12,8 @@ constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 enum class Quantities { all, withoutConditions };
 
 // The quantities of one row as numbers; those of an absent phase are all missing.
-std::vector<double> rowValues(const EquilibriumRow& row, const EquilibriumOptions& options, Quantities which) {
+std::vector<double> rowValues(const EquilibriumRow& row, const EquilibriumOptions& options,
+                              Quantities which) {
     std::vector<double> values;
     if (which == Quantities::all && options.temperature) {
         values.push_back(row.temperature);
@@ -37,7 +38,8 @@ void fillCell(VARIANT& cell, double value, const VARIANT& filler) {
     cell = (std::isfinite(value) ? com::variant{value} : com::variant::copyOf(filler)).release();
 }
 
-ArrayVariant matrix(const EquilibriumResults& results, const EquilibriumOptions& options, const VARIANT& filler) {
+ArrayVariant matrix(const EquilibriumResults& results, const EquilibriumOptions& options,
+                    const VARIANT& filler) {
     std::vector<std::vector<double>> rows;
     if (options.overallResults) {
         rows.push_back(rowValues(results.overall, options, Quantities::all));
@@ -63,7 +65,8 @@ ArrayVariant matrix(const EquilibriumResults& results, const EquilibriumOptions&
     return table;
 }
 
-ArrayVariant list(const EquilibriumResults& results, const EquilibriumOptions& options, const VARIANT& filler, bool vertical) {
+ArrayVariant list(const EquilibriumResults& results, const EquilibriumOptions& options, const VARIANT& filler,
+                  bool vertical) {
     std::vector<double> values;
     if (options.temperature) {
         values.push_back(results.overall.temperature);
@@ -100,8 +103,8 @@ ArrayVariant list(const EquilibriumResults& results, const EquilibriumOptions& o
 
 } // namespace
 
-ArrayVariant layOutEquilibrium(const EquilibriumResults& results, const EquilibriumOptions& options, const VARIANT& filler,
-                               PropertyOrientation orientation) {
+ArrayVariant layOutEquilibrium(const EquilibriumResults& results, const EquilibriumOptions& options,
+                               const VARIANT& filler, PropertyOrientation orientation) {
     ArrayVariant table = orientation == Orientation_Matrix
                              ? matrix(results, options, filler)
                              : list(results, options, filler, orientation == Orientation_Vertical);

@@ -1,4 +1,5 @@
-// The table of a phase equilibrium. Quantities stand in the order temperature (K), pressure (Pa), phase fraction, composition, extra values.
+// The table of a phase equilibrium. Quantities stand in the order temperature (K), pressure (Pa), phase
+// fraction, composition, extra values.
 #pragma once
 
 #include "src/foundation/array_variant.h"
@@ -24,10 +25,11 @@ struct EquilibriumResults {
     std::vector<EquilibriumRow> phases; ///< in the package's order, absent ones included
 };
 
-/// Lays the results out. Matrix: a row for the mixture (if asked) and one for each phase, a column for each quantity; absent phases and
-/// missing numbers show `filler`. Otherwise a flat list: temperature and pressure of the mixture, its extra values as far as there are
-/// any (if asked), then fraction, composition and extra values of each phase. Throws CWStrException "No results" for an empty table.
-ArrayVariant layOutEquilibrium(const EquilibriumResults& results, const EquilibriumOptions& options, const VARIANT& filler,
-                               PropertyOrientation orientation);
+/// Lays the results out. Matrix: a row for the mixture (if asked) and one for each phase, a column for each
+/// quantity; absent phases and missing numbers show `filler`. Otherwise a flat list: temperature and pressure
+/// of the mixture, its extra values as far as there are any (if asked), then fraction, composition and extra
+/// values of each phase. Throws CWStrException "No results" for an empty table.
+ArrayVariant layOutEquilibrium(const EquilibriumResults& results, const EquilibriumOptions& options,
+                               const VARIANT& filler, PropertyOrientation orientation);
 
 } // namespace quorvane::udf

@@ -40,8 +40,9 @@ struct Word {
     PropertyOrientation orientation;
 };
 
-constexpr Word words[] = {
-    {L"horizontal", Orientation_Horizontal}, {L"vertical", Orientation_Vertical}, {L"matrix", Orientation_Matrix}};
+constexpr Word words[] = {{L"horizontal", Orientation_Horizontal},
+                          {L"vertical", Orientation_Vertical},
+                          {L"matrix", Orientation_Matrix}};
 
 [[noreturn]] void throwInvalid(bool allowMatrix) {
     std::wstring text = L"Invalid value for orientation - expected \"Auto\" (default,0), \"Horizontal\" (1)";
@@ -73,17 +74,19 @@ PropertyOrientation readOrientation(const VARIANT& argument, bool allowMatrix) {
         }
         return orientationOfCaller();
     }
-    com::variant number;
-    if (FAILED(VariantChangeType(&number, &value, VARIANT_NOVALUEPROP, VT_I4)) || number.lVal < Orientation_Auto ||
-        number.lVal > Orientation_Matrix || (number.lVal == Orientation_Matrix && !allowMatrix)) {
+    const auto number = com::convert(value, VT_I4);
+    if (!number || number->lVal < Orientation_Auto || number->lVal > Orientation_Matrix ||
+        (number->lVal == Orientation_Matrix && !allowMatrix)) {
         throwInvalid(allowMatrix);
     }
-    return number.lVal == Orientation_Auto ? orientationOfCaller() : static_cast<PropertyOrientation>(number.lVal);
+    return number->lVal == Orientation_Auto ? orientationOfCaller()
+                                            : static_cast<PropertyOrientation>(number->lVal);
 }
 
 ArrayVariant shapeVector(std::span<const double> values, PropertyOrientation orientation) {
     ArrayVariant result;
-    result.createRowOrColumn(static_cast<std::int32_t>(values.size()), orientation == Orientation_Vertical, VT_R8);
+    result.createRowOrColumn(static_cast<std::int32_t>(values.size()), orientation == Orientation_Vertical,
+                             VT_R8);
     std::ranges::copy(values, result.elements<double>().begin());
     result.unlock();
     return result;
@@ -91,7 +94,8 @@ ArrayVariant shapeVector(std::span<const double> values, PropertyOrientation ori
 
 ArrayVariant shapeTexts(std::span<const BSTR> texts, PropertyOrientation orientation) {
     ArrayVariant result;
-    result.createRowOrColumn(static_cast<std::int32_t>(texts.size()), orientation == Orientation_Vertical, VT_BSTR);
+    result.createRowOrColumn(static_cast<std::int32_t>(texts.size()), orientation == Orientation_Vertical,
+                             VT_BSTR);
     auto element = result.elements<BSTR>().begin();
     for (const BSTR text : texts) {
         *element++ = com::makeBstr(com::viewOf(text)).release();

@@ -12,7 +12,8 @@ namespace {
 
 bool listPrecedes(BSTR a, BSTR b) noexcept { return precedesInList(a, b); }
 
-// All elements of a text list, or the selected one in a one-dimensional array, which any cell shows as itself.
+// All elements of a text list, or the selected one in a one-dimensional array, which any cell shows as
+// itself.
 void giveNames(const ArrayVariant& list, std::int32_t selected, const VARIANT& orientation, VARIANT& result) {
     ArrayVariant names = list.copy();
     requireVector(names, VT_BSTR, {});
@@ -28,7 +29,8 @@ void giveNames(const ArrayVariant& list, std::int32_t selected, const VARIANT& o
 
 } // namespace
 
-void packageNames(Session& session, IQuorvaneVSTOServices* services, const VARIANT& orientation, VARIANT& result) {
+void packageNames(Session& session, IQuorvaneVSTOServices* services, const VARIANT& orientation,
+                  VARIANT& result) {
     session.handOver(services);
     if (Session::application() == nullptr) {
         throw CWStrException{L"Cannot determine current workbook"};
@@ -52,13 +54,15 @@ BSTR unitOfMeasure(BSTR propertyName, const VARIANT& basis) {
     return unit == nullptr ? nullptr : com::makeBstr(unit).release();
 }
 
-void compounds(Session& session, BSTR packageName, const VARIANT& orientation, const VARIANT& compound, VARIANT& result) {
+void compounds(Session& session, BSTR packageName, const VARIANT& orientation, const VARIANT& compound,
+               VARIANT& result) {
     const std::shared_ptr<PropertyPackage> package = readPackage(session, packageName);
     const std::int32_t selected = readCompound(*package, compound);
     giveNames(package->compoundList(CompoundList_Ids), selected, orientation, result);
 }
 
-void phases(Session& session, BSTR packageName, const VARIANT& orientation, const VARIANT& phase, VARIANT& result) {
+void phases(Session& session, BSTR packageName, const VARIANT& orientation, const VARIANT& phase,
+            VARIANT& result) {
     const std::shared_ptr<PropertyPackage> package = readPackage(session, packageName);
     const std::int32_t selected = readPhase(*package, phase);
     giveNames(package->phaseLabels(), selected, orientation, result);

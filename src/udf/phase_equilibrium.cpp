@@ -30,7 +30,8 @@ com::variant readFiller(const VARIANT& argument) {
     const VARIANT given = withoutReference(argument);
     if (!isOmitted(given)) {
         const ArrayVariant resolved = resolveRangeValue(given);
-        if ((resolved.value.vt & VT_ARRAY) != 0 || resolved.value.vt == VT_DISPATCH || resolved.value.vt == VT_UNKNOWN) {
+        if ((resolved.value.vt & VT_ARRAY) != 0 || resolved.value.vt == VT_DISPATCH ||
+            resolved.value.vt == VT_UNKNOWN) {
             throw CWStrException{L"Invalid value for noNumber - expected a single value"};
         }
         if (!resolved.isEmpty()) {
@@ -50,10 +51,11 @@ EquilibriumOptions readOptions(const VARIANT& argument) {
         return {};
     }
     if (resolved.value.vt != VT_BSTR) {
-        throw CWStrException{
-            L"Unexpected value for options; expected a string consisting of comma separated values of zero or more "
-            L"'overallResults', 'noPhaseResults', 'noTemperature', 'noPressure', 'noPhaseFraction', 'noComposition', "
-            L"'normal', 'retrograde', or one or more property names"};
+        throw CWStrException{L"Unexpected value for options; expected a string consisting of comma separated "
+                             L"values of zero or more "
+                             L"'overallResults', 'noPhaseResults', 'noTemperature', 'noPressure', "
+                             L"'noPhaseFraction', 'noComposition', "
+                             L"'normal', 'retrograde', or one or more property names"};
     }
     return parseEquilibriumOptions(com::viewOf(resolved.value.bstrVal));
 }
@@ -74,8 +76,8 @@ std::vector<double> phaseExtraValues(PropertyPackage& package, const Equilibrium
     for (const ExtraProperty& extra : options.extraProperties) {
         const com::unique_bstr name = com::makeBstr(extra.name);
         const std::vector<double>& result =
-            package.calcSinglePhaseProperty(name.get(), label, phase.temperature, phase.pressure, phase.composition, isMass,
-                                            *extra.info, isMass);
+            package.calcSinglePhaseProperty(name.get(), label, phase.temperature, phase.pressure,
+                                            phase.composition, isMass, *extra.info, isMass);
         if (result.size() != valuesOf(extra, phase.composition.size())) {
             throw CWStrException{L"Unexpected property result, invalid size"};
         }
@@ -106,8 +108,8 @@ EquilibriumResults copyResults(const std::vector<PhaseResult>& phases, std::size
     EquilibriumResults results;
     for (const PhaseResult& phase : phases) {
         EquilibriumRow& row = results.phases.emplace_back();
-        row = {phase.present, phase.temperature, phase.pressure, phase.fraction, phase.composition.values,
-               std::vector<double>(extraValues, missing)};
+        row = {phase.present,  phase.temperature,        phase.pressure,
+               phase.fraction, phase.composition.values, std::vector<double>(extraValues, missing)};
     }
     return results;
 }
@@ -142,11 +144,11 @@ void phaseEquilibrium(Session& session, const PhaseEquilibriumArguments& argumen
     for (const ExtraProperty& extra : options.extraProperties) {
         extraValues += valuesOf(extra, composition.size());
     }
-    EquilibriumResults results = copyResults(
-        package->calcEquilibrium({arguments.condition1, arguments.condition1Value},
-                                 {arguments.condition2, arguments.condition2Value}, solutionType.get(), composition, isMass,
-                                 overallT, overallP),
-        extraValues);
+    EquilibriumResults results =
+        copyResults(package->calcEquilibrium({arguments.condition1, arguments.condition1Value},
+                                             {arguments.condition2, arguments.condition2Value},
+                                             solutionType.get(), composition, isMass, overallT, overallP),
+                    extraValues);
     results.overall = {true, overallT, overallP, 1.0, composition, {}};
 
     ArrayVariant labels = package->phaseLabels().copy();
@@ -158,7 +160,8 @@ void phaseEquilibrium(Session& session, const PhaseEquilibriumArguments& argumen
         }
     }
     results.overall.extra = overallExtraValues(results, options);
-    layOutEquilibrium(results, options, filler, readOrientation(arguments.orientation, true)).handOver(&result);
+    layOutEquilibrium(results, options, filler, readOrientation(arguments.orientation, true))
+        .handOver(&result);
 }
 
 } // namespace quorvane::udf

@@ -20,10 +20,11 @@ struct PhaseEquilibriumArguments {
     const VARIANT& normalizeComposition;
 };
 
-/// Runs the flash and lays its table out. `result` holds nothing before. Throws WException with the text for the cell.
+/// Runs the flash and lays its table out. `result` holds nothing before. Throws WException with the text for
+/// the cell.
 ///
-/// Checks come in this order: condition names, basis, condition values, filler, package, normalisation, composition,
-/// options; then the flash, the extra properties, and last the orientation.
+/// Checks come in this order: condition names, basis, condition values, filler, package, normalisation,
+/// composition, options; then the flash, the extra properties, and last the orientation.
 void phaseEquilibrium(Session& session, const PhaseEquilibriumArguments& arguments, VARIANT& result);
 
 } // namespace quorvane::udf

@@ -1,5 +1,5 @@
-// Session: the add-in's connection with Excel. It holds the packages of the open workbooks, knows which workbook is current, and
-// hands the services object over to the front end.
+// Session: the add-in's connection with Excel. It holds the packages of the open workbooks, knows which
+// workbook is current, and hands the services object over to the front end.
 #pragma once
 
 #include "src/workbook/workbook_store.h"
@@ -10,24 +10,26 @@ namespace quorvane {
 
 class Session {
   public:
-    /// Takes Excel's application object, or lets go of the one held when `application` is null or is not Excel's.
+    /// Takes Excel's application object, or lets go of the one held when `application` is null or is not
+    /// Excel's.
     void connect(IDispatch* application);
     /// Lets go of Excel, then of all packages.
     void disconnect();
     /// Lets go of all packages, then of Excel, which still answers while the packages are terminated.
     void beginShutdown();
 
-    /// Excel's application object, one for the whole process; null while the add-in is not connected. Borrowed.
+    /// Excel's application object, one for the whole process; null while the add-in is not connected.
+    /// Borrowed.
     static IDispatch* application() noexcept;
 
     WorkbookStore& store() noexcept { return store_; }
 
-    /// The packages of the active workbook; it need not be the one that holds the calling cell. Throws CWStrException "Cannot determine
-    /// current workbook" or "No current workbook".
+    /// The packages of the active workbook; it need not be the one that holds the calling cell. Throws
+    /// CWStrException "Cannot determine current workbook" or "No current workbook".
     PackageTable& currentWorkbook();
 
-    /// Gives `services` to the front end, Excel's COM add-in "Quorvane", once. Failures are not errors: the front end may be loaded
-    /// later, and the next call tries again.
+    /// Gives `services` to the front end, Excel's COM add-in "Quorvane", once. Failures are not errors: the
+    /// front end may be loaded later, and the next call tries again.
     void handOver(IQuorvaneVSTOServices* services) noexcept;
 
   private:

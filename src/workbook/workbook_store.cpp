@@ -50,12 +50,14 @@ std::shared_ptr<PropertyPackage> WorkbookStore::find(WorkbookKey workbook, const
 }
 
 void WorkbookStore::createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName,
-                                  const GUID& managerGUID, CAPEOPENPackageManagerType type, std::wstring packageName) {
+                                  const GUID& managerGUID, CAPEOPENPackageManagerType type,
+                                  std::wstring packageName) {
     constexpr const wchar_t* taken = L"A package with the given name already exists in this workbook";
     if (tableOf(workbook).contains(ppName)) {
         throw CWStrException{taken};
     }
-    auto package = std::make_shared<PropertyPackage>(std::move(managerName), managerGUID, type, std::move(packageName), nullptr);
+    auto package = std::make_shared<PropertyPackage>(std::move(managerName), managerGUID, type,
+                                                     std::move(packageName), nullptr);
     // Looked up again: creating a package runs foreign code, which may have changed the store.
     if (!tableOf(workbook).try_emplace(ppName, std::move(package)).second) {
         throw CWStrException{taken};
@@ -104,8 +106,6 @@ ArrayVariant WorkbookStore::packageNames(WorkbookKey workbook) const {
 
 void WorkbookStore::closeWorkbook(WorkbookKey workbook) { const auto removed = tables_.extract(workbook); }
 
-void WorkbookStore::clear() {
-    const auto removed = std::exchange(tables_, {});
-}
+void WorkbookStore::clear() { const auto removed = std::exchange(tables_, {}); }
 
 } // namespace quorvane

@@ -1,9 +1,11 @@
-// WorkbookStore: the named property packages of every open workbook. A workbook is known by the address of its COM identity, compared as a
-// plain number: the store never calls the workbook and holds no reference to it, so the front end's CloseWorkbook is what keeps a
-// later workbook at the same address from finding the packages of an earlier one.
+// WorkbookStore: the named property packages of every open workbook. A workbook is known by the address of
+// its COM identity, compared as a plain number: the store never calls the workbook and holds no reference to
+// it, so the front end's CloseWorkbook is what keeps a later workbook at the same address from finding the
+// packages of an earlier one.
 //
-// Packages are shared: a call that works with one keeps it alive even if it is deleted meanwhile. Deleting a package
-// runs code of its vendor, which may call back; entries are therefore out of the tables before they die.
+// Packages are shared: a call that works with one keeps it alive even if it is deleted meanwhile. Deleting a
+// package runs code of its vendor, which may call back; entries are therefore out of the tables before they
+// die.
 #pragma once
 
 #include "src/package/property_package.h"
@@ -36,14 +38,17 @@ class WorkbookStore {
     /// The package, or null when the workbook or the name is unknown.
     std::shared_ptr<PropertyPackage> find(WorkbookKey workbook, const std::wstring& ppName) const;
 
-    /// Creates a package and enters it. Throws CWStrException when `ppName` is taken, and what PropertyPackage throws; the store is then as it was.
-    void createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName, const GUID& managerGUID,
-                       CAPEOPENPackageManagerType type, std::wstring packageName);
+    /// Creates a package and enters it. Throws CWStrException when `ppName` is taken, and what
+    /// PropertyPackage throws; the store is then as it was.
+    void createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName,
+                       const GUID& managerGUID, CAPEOPENPackageManagerType type, std::wstring packageName);
     /// Lets the user edit a package; true when it may have changed. An unknown package is not edited. Throws
-    /// CWStrException "Property package does not support editing" or WStrException with the package's own text.
+    /// CWStrException "Property package does not support editing" or WStrException with the package's own
+    /// text.
     bool editPackage(WorkbookKey workbook, const std::wstring& ppName);
     void deletePackage(WorkbookKey workbook, const std::wstring& ppName);
-    /// Names in the table's order, a one-dimensional array of strings; empty for an unknown workbook or an empty table.
+    /// Names in the table's order, a one-dimensional array of strings; empty for an unknown workbook or an
+    /// empty table.
     ArrayVariant packageNames(WorkbookKey workbook) const;
     void closeWorkbook(WorkbookKey workbook);
     void clear();

@@ -1,0 +1,157 @@
+#include "src/server/late_calls.h"
+
+#include "com/type_library.h"
+#include "src/foundation/error_boundary.h"
+#include "src/foundation/range_value.h"
+#include "src/foundation/text.h"
+
+#include <array>
+#include <limits>
+#include <quorvane_idl.h>
+#include <vector>
+
+namespace quorvane {
+
+namespace {
+
+constexpr DISPID firstFunction = 0x60020000;
+constexpr std::size_t functionCount = 9;
+constexpr std::size_t mostParameters = 13;
+
+struct Parameter {
+    std::wstring name;
+    VARTYPE type;
+};
+
+using Signature = std::vector<Parameter>; // the result is not among them
+
+Signature readSignature(ITypeInfo* info, UINT index) {
+    FUNCDESC* description = nullptr;
+    if (FAILED(info->GetFuncDesc(index, &description))) {
+        return {};
+    }
+    BSTR names[mostParameters + 2] = {};
+    UINT nameCount = 0;
+    info->GetNames(description->memid, names, static_cast<UINT>(std::size(names)), &nameCount);
+    Signature signature;
+    for (SHORT i = 0; i + 1 < description->cParams; ++i) {
+        const com::unique_bstr name{names[i + 1]};
+        signature.push_back({std::wstring{com::viewOf(name)}, description->lprgelemdescParam[i].tdesc.vt});
+    }
+    const com::unique_bstr functionName{names[0]};
+    const com::unique_bstr resultName{
+        nameCount > static_cast<UINT>(description->cParams) ? names[description->cParams] : nullptr};
+    info->ReleaseFuncDesc(description);
+    return signature;
+}
+
+// Read once from the type library, which is where the parameters are declared.
+const std::array<Signature, functionCount>& signatures() {
+    static const auto all = [] {
+        std::array<Signature, functionCount> read;
+        for (std::size_t i = 0; i < functionCount; ++i) {
+            if (ITypeInfo* const info = com::typeInfoOf(__uuidof(IQuorvaneUDF))) {
+                read[i] = readSignature(info, static_cast<UINT>(i));
+            }
+        }
+        return read;
+    }();
+    return all;
+}
+
+[[noreturn]] void throwWrongType(const Parameter& parameter, const wchar_t* expected) {
+    throw WStrException{
+        joined(joined(L"Invalid value for ", parameter.name, L" - expected "), expected, L" value")};
+}
+
+com::variant converted(const VARIANT& given, const Parameter& parameter, const wchar_t* expected) {
+    const ArrayVariant value = resolveRangeValue(given);
+    if (value.isEmpty()) {
+        return {};
+    }
+    auto result = com::convert(value.value, parameter.type);
+    if (!result) {
+        throwWrongType(parameter, expected);
+    }
+    return std::move(*result);
+}
+
+// The argument as the parameter wants it. What had to be made for it is kept in `owned`.
+VARIANT shaped(const VARIANT& argument, const Parameter& parameter, com::variant& owned) {
+    const VARIANT given = withoutReference(argument);
+    if (parameter.type == VT_VARIANT || given.vt == parameter.type) {
+        return given;
+    }
+    const bool isNumber = parameter.type == VT_R8;
+    const bool isLeftOut =
+        given.vt == VT_EMPTY || (given.vt == VT_ERROR && given.scode == DISP_E_PARAMNOTFOUND);
+    owned = isLeftOut ? com::variant{} : converted(given, parameter, isNumber ? L"real" : L"string");
+    if (owned.vt == VT_EMPTY) {
+        owned =
+            isNumber ? com::variant{std::numeric_limits<double>::lowest()} : com::variant{com::unique_bstr{}};
+    }
+    return owned;
+}
+
+class Arguments {
+  public:
+    Arguments(const Signature& signature, const DISPPARAMS& given) : count_{signature.size()} {
+        for (std::size_t i = 0; i < count_; ++i) {
+            // Automation wants the last argument first.
+            values_[count_ - 1 - i] = shaped(argumentAt(given, i), signature[i], owned_[i]);
+        }
+    }
+
+    DISPPARAMS parameters() noexcept { return {values_.data(), nullptr, static_cast<UINT>(count_), 0}; }
+
+  private:
+    static VARIANT argumentAt(const DISPPARAMS& given, std::size_t position) noexcept {
+        for (UINT i = 0; i < given.cNamedArgs; ++i) {
+            if (given.rgdispidNamedArgs[i] == static_cast<DISPID>(position)) {
+                return given.rgvarg[i];
+            }
+        }
+        const std::size_t positional = given.cArgs - given.cNamedArgs;
+        if (position < positional) {
+            return given.rgvarg[given.cArgs - 1 - position];
+        }
+        return com::variant::missing().release();
+    }
+
+    std::size_t count_;
+    std::array<VARIANT, mostParameters> values_;
+    std::array<com::variant, mostParameters> owned_;
+};
+
+} // namespace
+
+bool isWorksheetFunction(DISPID member) noexcept {
+    return member >= firstFunction && member < firstFunction + static_cast<DISPID>(functionCount);
+}
+
+HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WORD flags,
+                                const DISPPARAMS& given, VARIANT* result, EXCEPINFO* exception,
+                                UINT* argument) noexcept {
+    HRESULT code = S_OK;
+    const auto fail = [&](com::unique_bstr message) {
+        if (result != nullptr) {
+            *result = com::variant{std::move(message)}.release();
+        }
+    };
+    worksheetCall(
+        __uuidof(IQuorvaneUDF),
+        [&] {
+            const Signature& signature = signatures()[static_cast<std::size_t>(member - firstFunction)];
+            if (given.cArgs > signature.size()) {
+                code = DISP_E_BADPARAMCOUNT;
+                return;
+            }
+            Arguments arguments{signature, given};
+            DISPPARAMS parameters = arguments.parameters();
+            code = DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
+        },
+        fail);
+    return code;
+}
+
+} // namespace quorvane
