@@ -1,0 +1,55 @@
+// A mixture of compounds of the table: the equation of state with its tabulated interaction parameters,
+// together with the ideal-gas data that make residual properties total ones.
+//
+// Reference state of enthalpy and entropy: each pure compound as an ideal gas at 298.15 K and 101325 Pa has
+// zero of both. Formation properties are separate (formationEnthalpy, formationEntropy): add them for
+// quantities that balance chemical reactions. SI units, one mole.
+#pragma once
+
+#include "packages/peng_robinson/eos/compound.h"
+#include "packages/peng_robinson/eos/peng_robinson.h"
+
+#include <span>
+#include <vector>
+
+namespace peng_robinson::eos {
+
+/// Everything known about one phase; enthalpies etc. in J/mol and J/(mol K).
+struct PhaseProperties {
+    PhaseState state;       ///< with thermal properties
+    double molecularWeight; ///< g/mol
+    double enthalpy, entropy;
+    double formationEnthalpy, formationEntropy;
+    double Cp, Cv;
+
+    double gibbsEnergy() const { return enthalpy - state.T * entropy; }
+    double internalEnergy() const { return enthalpy - state.P * state.v; }
+    double helmholtzEnergy() const { return internalEnergy() - state.T * entropy; }
+    double density() const { return 1.0 / state.v; } ///< mol/m3
+    /// -1/v (dv/dP) at constant temperature, 1/Pa.
+    double compressibility() const { return -1.0 / (state.v * state.dP_dv); }
+    /// (dT/dP) at constant enthalpy, K/Pa.
+    double jouleThomsonCoefficient() const;
+    double speedOfSound() const; ///< m/s
+};
+
+class Fluid {
+  public:
+    /// The compounds belong to compounds(). Throws InvalidInput when there are none.
+    explicit Fluid(std::vector<const Compound*> compounds);
+
+    std::size_t size() const noexcept { return compounds_.size(); }
+    const Compound& compound(std::size_t i) const { return *compounds_[i]; }
+    const PengRobinson& model() const noexcept { return model_; }
+
+    /// `x` need not be normalised. Throws InvalidInput and OutOfRange.
+    PhaseProperties properties(double T, double P, std::span<const double> x, Root root) const;
+
+    double molecularWeight(std::span<const double> x) const; ///< g/mol, for normalised x
+
+  private:
+    std::vector<const Compound*> compounds_;
+    PengRobinson model_;
+};
+
+} // namespace peng_robinson::eos

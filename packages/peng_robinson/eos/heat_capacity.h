@@ -1,0 +1,30 @@
+// Ideal-gas heat capacity of a compound and its integrals, J/mol and J/(mol K), temperatures in K.
+//
+//   Cp = a + sum_k s_k [(theta_k/T) / sinh(theta_k/T)]^2 + sum_k c_k [(phi_k/T) / cosh(phi_k/T)]^2
+//
+// With one hyperbolic sine and one cosine this is the equation of Aly and Lee (Fluid Phase Equilib. 6 (1981)
+// 169), DIPPR equation 107; with sines alone it is a sum of Planck-Einstein terms, theta being half the
+// vibrational temperature. The form stays finite, positive and increasing outside its fitted range.
+#pragma once
+
+#include <array>
+
+namespace peng_robinson::eos {
+
+struct HeatCapacity {
+    struct Term {
+        double factor = 0.0, temperature = 1.0;
+    };
+    double constant = 0.0;
+    std::array<Term, 4> sinh{};
+    Term cosh{};
+    double Tmin = 0.0, Tmax = 0.0; // fitted range
+
+    double cp(double T) const;
+    /// Integral of Cp dT from the reference temperature, J/mol.
+    double enthalpy(double T) const;
+    /// Integral of Cp/T dT from the reference temperature, J/(mol K).
+    double entropy(double T) const;
+};
+
+} // namespace peng_robinson::eos

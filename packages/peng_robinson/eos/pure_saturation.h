@@ -1,0 +1,21 @@
+// Vapour-liquid equilibrium of a pure compound from the equation of state. The model has one component. Below
+// the critical point every question has exactly one answer, and the answer is found to rounding error.
+#pragma once
+
+#include "packages/peng_robinson/eos/peng_robinson.h"
+
+namespace peng_robinson::eos {
+
+struct Saturation {
+    double T, P;
+    PhaseState vapor, liquid; ///< with thermal properties
+    double heatOfVaporization() const { return vapor.residualEnthalpy - liquid.residualEnthalpy; }
+};
+
+/// Throws OutOfRange at or above the critical temperature.
+Saturation saturationAtTemperature(const PengRobinson& pure, double T);
+
+/// Throws OutOfRange at or above the critical pressure.
+Saturation saturationAtPressure(const PengRobinson& pure, double P);
+
+} // namespace peng_robinson::eos
