@@ -65,9 +65,9 @@ Isotherm PengRobinson::at(double T) const { return Isotherm{*this, T}; }
 Isotherm::Isotherm(const PengRobinson& model, double T) : model_{&model}, T_{T} {
     requirePositive("The temperature must be a positive number of kelvin", T);
     const std::size_t n = model.size();
-    q_.resize(n);
-    dq_dT_.resize(n);
-    d2q_dT2_.resize(n);
+    q_.assign(n, 0.0);
+    dq_dT_.assign(n, 0.0);
+    d2q_dT2_.assign(n, 0.0);
     for (std::size_t i = 0; i < n; ++i) {
         const double root = std::sqrt(T / model.components_[i].Tc);
         const double slope = model.sqrtA_[i] * model.m_[i] * root;
@@ -91,9 +91,9 @@ struct Isotherm::Mixture {
 Isotherm::Mixture Isotherm::mix(std::span<const double> x, Detail detail) const {
     const std::size_t n = model_->size();
     Mixture mixture;
-    mixture.aI.resize(n);
+    mixture.aI.assign(n, 0.0);
     if (detail.thermal) {
-        mixture.daI_dT.resize(n);
+        mixture.daI_dT.assign(n, 0.0);
     }
     for (std::size_t i = 0; i < n; ++i) {
         double sum = 0.0, slopes = 0.0;
@@ -149,7 +149,10 @@ PhaseState Isotherm::phase(double P, std::span<const double> x, Root root, Detai
     if (root == Root::stable && found.count > 1) {
         PhaseState liquid = evaluate(P, smallest, x, mixture, detail);
         PhaseState vapor = evaluate(P, largest, x, mixture, detail);
-        return liquid.residualGibbs < vapor.residualGibbs ? liquid : vapor;
+        if (liquid.residualGibbs < vapor.residualGibbs) {
+            return liquid;
+        }
+        return vapor;
     }
     return evaluate(P, root == Root::liquid ? smallest : largest, x, mixture, detail);
 }
@@ -193,8 +196,8 @@ PhaseState Isotherm::evaluate(double P, double Z, std::span<const double> x, con
     state.b = b;
     state.dP_dv = -R * T * (F_vv + 1.0 / (v * v));
     const double lnZ = std::log(Z);
-    state.lnPhi.resize(n);
-    state.dlnPhi_dP.resize(n);
+    state.lnPhi.assign(n, 0.0);
+    state.dlnPhi_dP.assign(n, 0.0);
     std::vector<double> dP_dn(n);
     double gibbs = 0.0;
     for (std::size_t i = 0; i < n; ++i) {
@@ -220,7 +223,7 @@ PhaseState Isotherm::evaluate(double P, double Z, std::span<const double> x, con
         state.residualEntropy = (state.residualEnthalpy - state.residualGibbs) / T;
         state.residualCv = -R * T * (T * F_TT + 2.0 * F_T);
         state.residualCp = state.residualCv - T * state.dP_dT * state.dP_dT / state.dP_dv - R;
-        state.dlnPhi_dT.resize(n);
+        state.dlnPhi_dT.assign(n, 0.0);
         for (std::size_t i = 0; i < n; ++i) {
             const double F_iT = F_Tb * model_->b_[i] + F_Ta * mixture.aI[i] + F_a * mixture.daI_dT[i];
             const double partialVolume = -dP_dn[i] / state.dP_dv;
@@ -228,7 +231,7 @@ PhaseState Isotherm::evaluate(double P, double Z, std::span<const double> x, con
         }
     }
     if (detail.moles) {
-        state.dlnPhi_dn.resize(n * n);
+        state.dlnPhi_dn.assign(n * n, 0.0);
         for (std::size_t i = 0; i < n; ++i) {
             for (std::size_t j = 0; j <= i; ++j) {
                 const double bI = model_->b_[i], bJ = model_->b_[j];

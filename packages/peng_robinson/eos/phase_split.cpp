@@ -43,7 +43,7 @@ std::optional<Iterate> evaluate(const Isotherm& isotherm, double P, std::span<co
     normalise(at.y);
     at.liquid = isotherm.phase(P, at.x, Root::stable, {.moles = derivatives});
     at.vapor = isotherm.phase(P, at.y, Root::stable, {.moles = derivatives});
-    at.residual.resize(lnK.size());
+    at.residual.assign(lnK.size(), 0.0);
     for (std::size_t i = 0; i < lnK.size(); ++i) {
         at.residual[i] = lnK[i] + at.vapor.lnPhi[i] - at.liquid.lnPhi[i];
         at.error = std::max(at.error, std::abs(at.residual[i]));

@@ -56,8 +56,8 @@ QualityLine::System QualityLine::assemble(const Unknowns& at) const {
     const PhaseState liquid = isotherm.phase(P, system.x, Root::liquid, {.thermal = true, .moles = true});
     const PhaseState vapor = isotherm.phase(P, system.y, Root::vapor, {.thermal = true, .moles = true});
     system.volumeRatio = vapor.v / liquid.v;
-    system.residual.resize(n + 1);
-    system.jacobian.resize((n + 1) * system.columns);
+    system.residual.assign(n + 1, 0.0);
+    system.jacobian.assign((n + 1) * system.columns, 0.0);
     const auto entry = [&](std::size_t row, std::size_t column) -> double& {
         return system.jacobian[row * system.columns + column];
     };

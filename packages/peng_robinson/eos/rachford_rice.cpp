@@ -41,8 +41,8 @@ std::optional<double> solveRachfordRice(std::span<const double> z, std::span<con
 
 PhaseCompositions compositionsAt(std::span<const double> z, std::span<const double> K, double beta) {
     PhaseCompositions result;
-    result.x.resize(z.size());
-    result.y.resize(z.size());
+    result.x.assign(z.size(), 0.0);
+    result.y.assign(z.size(), 0.0);
     for (std::size_t i = 0; i < z.size(); ++i) {
         result.x[i] = z[i] / (1.0 + beta * (K[i] - 1.0));
         result.y[i] = K[i] * result.x[i];

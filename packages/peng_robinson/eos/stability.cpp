@@ -44,14 +44,14 @@ class TangentPlane {
 TangentPlane::Point TangentPlane::evaluate(std::vector<double> lnW, bool derivatives) const {
     const std::size_t n = lnW.size();
     Point point;
-    point.W.resize(n);
+    point.W.assign(n, 0.0);
     std::ranges::transform(lnW, point.W.begin(),
                            [](double value) { return std::exp(std::min(value, 300.0)); });
     point.sum = std::accumulate(point.W.begin(), point.W.end(), 0.0);
     std::vector<double> w(n);
     std::ranges::transform(point.W, w.begin(), [&](double value) { return value / point.sum; });
     PhaseState phase = isotherm_.phase(P_, w, Root::stable, {.moles = derivatives});
-    point.gradient.resize(n);
+    point.gradient.assign(n, 0.0);
     point.distance = 1.0;
     for (std::size_t i = 0; i < n; ++i) {
         point.gradient[i] = lnW[i] + phase.lnPhi[i] - plane_[i];
