@@ -22,6 +22,10 @@ Graph referencesAmong(const Worksheet& sheet, const std::function<Block(std::siz
     return graph;
 }
 
+Graph cellReferences(const Worksheet& sheet) {
+    return referencesAmong(sheet, [&](std::size_t i) { return sheet.formulas[i].block; });
+}
+
 std::vector<std::size_t> findCircle(const Graph& references) {
     // Formulas that refer to no unsettled one are settled, again and again; what is left lies on a circle or
     // refers into one, so following unsettled references from any of them must come round.
@@ -59,6 +63,19 @@ std::vector<std::size_t> findCircle(const Graph& references) {
     path.erase(path.begin(), std::ranges::find(path, here));
     std::ranges::sort(path);
     return path;
+}
+
+void refuseCircles(const Worksheet& sheet) {
+    const std::vector<std::size_t> circle = findCircle(cellReferences(sheet));
+    if (circle.empty()) {
+        return;
+    }
+    const Address first = sheet.formulas[circle.front()].block.first;
+    if (circle.size() == 1) {
+        throw InputError{first, "the formula refers to its own cell; let it refer to other cells only"};
+    }
+    throw InputError{first, "the formulas in " + listed(sheet, circle) +
+                                " refer to each other in a circle; let one of them refer to other cells"};
 }
 
 std::string listed(const Worksheet& sheet, const std::vector<std::size_t>& formulas) {

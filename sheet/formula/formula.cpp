@@ -275,7 +275,7 @@ class Reader {
              " is not known; write a text in quotes, a number, TRUE, FALSE or a reference like A1");
     }
 
-    template<std::size_t N>
+    template <std::size_t N>
     [[noreturn]] void refuse(const std::array<Remedy, N>& remedies, const char* otherwise) const {
         const auto found = std::ranges::find_if(remedies, [this](const Remedy& remedy) {
             return !atEnd() && remedy.characters.find(text_[position_]) != std::string_view::npos;

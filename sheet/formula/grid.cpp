@@ -6,7 +6,7 @@ namespace sheet::formula {
 
 namespace {
 
-template<typename Function>
+template <typename Function>
 void forEachCell(const Block& block, Function function) {
     for (std::size_t row = block.first.row; row < block.endRow(); ++row) {
         for (std::size_t column = block.first.column; column < block.endColumn(); ++column) {

@@ -17,9 +17,8 @@ class Recalculation {
     Recalculation(const Worksheet& sheet, const Calculate& calculate, const Progress& progress)
         : sheet_{sheet}, calculate_{calculate}, progress_{progress}, grid_{sheet},
           states_(sheet.formulas.size()) {
-        const Graph references =
-            referencesAmong(sheet_, [this](std::size_t i) { return sheet_.formulas[i].block; });
-        refuseCircle(references);
+        refuseCircles(sheet_);
+        const Graph references = cellReferences(sheet_);
         for (std::size_t i = 0; i < references.size(); ++i) {
             states_[i].references = sheet_.formulas[i].formula.references();
             states_[i].waitsFor = references[i].size();
@@ -55,19 +54,6 @@ class Recalculation {
         bool dirty = true;
         bool failed = false;
     };
-
-    void refuseCircle(const Graph& references) const {
-        const std::vector<std::size_t> circle = findCircle(references);
-        if (circle.empty()) {
-            return;
-        }
-        const Address first = sheet_.formulas[circle.front()].block.first;
-        if (circle.size() == 1) {
-            throw InputError{first, "the formula refers to its own cell; let it refer to other cells only"};
-        }
-        throw InputError{first, "the formulas in " + listed(sheet_, circle) +
-                                    " refer to each other in a circle; let one of them refer to other cells"};
-    }
 
     [[noreturn]] void failForSpills(std::vector<std::size_t> circle) const {
         const Address first = sheet_.formulas[circle.front()].block.first;

@@ -28,7 +28,7 @@ constexpr int displayedDigits = 8;
 // Doubles hold every whole number of fifteen digits, and Excel shows that many.
 constexpr double largestPlainWhole = 1e15;
 
-template<typename... Format>
+template <typename... Format>
 std::string printed(double number, Format... format) {
     std::array<char, 64> buffer;
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...);
@@ -45,7 +45,7 @@ std::string displayedNumber(double number) {
     return printed(number, std::chars_format::general, displayedDigits);
 }
 
-template<typename NumberText>
+template <typename NumberText>
 std::string textOf(const Value& value, NumberText numberText) {
     struct Visitor {
         NumberText numberText;

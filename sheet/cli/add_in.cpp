@@ -1,0 +1,154 @@
+#include "sheet/cli/add_in.h"
+
+#include "sheet/cli/cell_values.h"
+
+#include <algorithm>
+
+namespace sheet::cli {
+
+namespace {
+
+constexpr const wchar_t* addInProgId = L"Quorvane.Excel";
+
+struct ErrorInformation {
+    com::unique_bstr source;
+    com::unique_bstr description;
+};
+
+void forgetErrors() noexcept { SetErrorInfo(0, nullptr); }
+
+// What the last call left; taking it also clears it.
+ErrorInformation takeErrors() noexcept {
+    com::com_ptr<IErrorInfo> info;
+    ErrorInformation result;
+    if (GetErrorInfo(0, info.put()) == S_OK && info) {
+        info->GetSource(result.source.put());
+        info->GetDescription(result.description.put());
+    }
+    return result;
+}
+
+std::string reasonFor(HRESULT code) {
+    const ErrorInformation error = takeErrors();
+    return error.description ? toUtf8(com::viewOf(error.description)) : systemText(code);
+}
+
+class Exception : public EXCEPINFO {
+  public:
+    Exception() noexcept : EXCEPINFO{} {}
+    Exception(const Exception&) = delete;
+    Exception& operator=(const Exception&) = delete;
+    ~Exception() {
+        SysFreeString(bstrSource);
+        SysFreeString(bstrDescription);
+        SysFreeString(bstrHelpFile);
+    }
+};
+
+com::variant toVariant(const formula::Argument& argument, const formula::Grid& grid) {
+    struct Visitor {
+        const formula::Grid& grid;
+        com::variant operator()(formula::Omitted) const { return com::variant::missing(); }
+        com::variant operator()(double number) const { return com::variant{number}; }
+        com::variant operator()(const std::string& text) const { return com::variant{toWide(text)}; }
+        com::variant operator()(bool truth) const { return com::variant{truth}; }
+        com::variant operator()(const formula::Block& block) const {
+            return excel::objectOrNothing(rangeOf(grid, block)->dispatch());
+        }
+    };
+    return std::visit(Visitor{grid}, argument);
+}
+
+} // namespace
+
+AddIn::AddIn(const std::string& workbookName) : workbook_{com::make<excel::Workbook>(toWide(workbookName))} {
+    application_->setActiveWorkbook(workbook_);
+    application_->addIns().add(excel::frontEndName, frontEnd_);
+
+    CLSID clsid{};
+    HRESULT code = CLSIDFromProgID(addInProgId, &clsid);
+    if (SUCCEEDED(code)) {
+        code = CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, functions_.putVoid());
+    }
+    if (FAILED(code) || !functions_) {
+        throw AddInError{"the add-in Quorvane.Excel cannot be created: " + systemText(code) +
+                         "; register it by regsvr32 Quorvane.dll"};
+    }
+    extension_ = functions_.tryAs<_IDTExtensibility2>();
+    if (!extension_) {
+        throw AddInError{"the add-in Quorvane.Excel is not one that Excel could connect; register it again"};
+    }
+    forgetErrors();
+    // An add-in for functions gets itself as the add-in's instance.
+    code = extension_->OnConnection(application_->dispatch(), ext_cm_Startup, functions_.get(), nullptr);
+    if (FAILED(code)) {
+        throw AddInError{"the add-in Quorvane.Excel does not connect: " + reasonFor(code)};
+    }
+    extension_->OnStartupComplete(nullptr);
+    if (frontEnd_->services() == nullptr) {
+        throw AddInError{"the add-in Quorvane.Excel does not hand over its services; register it again"};
+    }
+}
+
+AddIn::~AddIn() {
+    if (extension_) {
+        extension_->OnBeginShutdown(nullptr);
+        extension_->OnDisconnection(ext_dm_HostShutdown, nullptr);
+    }
+    frontEnd_->letGo();
+}
+
+void AddIn::attach(const PackageOption& package, const Component& component) {
+    const auto type = package.managed ? PropertyPackageManager11 : StandAlonePackage11;
+    const com::unique_bstr manager = com::makeBstr(toWide(component.name));
+    const com::unique_bstr managed = com::makeBstr(toWide(package.managed.value_or("")));
+    const com::unique_bstr name = com::makeBstr(toWide(package.name));
+    forgetErrors();
+    const HRESULT code = frontEnd_->services()->CreateWorkbookPP(
+        workbook_->dispatch(), manager.get(), component.clsid, type, managed.get(), name.get());
+    if (FAILED(code)) {
+        throw AddInError{"the package " + package.name + " cannot be attached: " + reasonFor(code)};
+    }
+}
+
+bool AddIn::hasFunction(const std::string& name) {
+    if (identifiers_.contains(name)) {
+        return true;
+    }
+    std::wstring wide = toWide(name);
+    wchar_t* names[] = {wide.data()};
+    DISPID id = DISPID_UNKNOWN;
+    if (FAILED(functions_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
+        return false;
+    }
+    identifiers_.emplace(name, id);
+    return true;
+}
+
+formula::Result AddIn::call(const formula::EnteredFormula& entered, const formula::Grid& grid) {
+    std::vector<com::variant> arguments;
+    for (const formula::Argument& argument : entered.formula.arguments) {
+        arguments.push_back(toVariant(argument, grid));
+    }
+    // Automation counts arguments from the last; it only borrows these.
+    std::vector<VARIANT> parameters{arguments.rbegin(), arguments.rend()};
+    DISPPARAMS given{parameters.data(), nullptr, static_cast<UINT>(parameters.size()), 0};
+
+    application_->setCaller(excel::Range::empty(entered.block.rows, entered.block.columns));
+    forgetErrors();
+    com::variant result;
+    Exception exception;
+    const HRESULT code =
+        functions_->Invoke(identifiers_.at(entered.formula.function), IID_NULL, LOCALE_USER_DEFAULT,
+                           DISPATCH_METHOD | DISPATCH_PROPERTYGET, &given, &result, &exception, nullptr);
+    const ErrorInformation error = takeErrors();
+    application_->setCaller();
+    if (FAILED(code)) {
+        return {formula::Matrix::of(formula::CellError::value), true};
+    }
+    // The function succeeds whatever happens; its failures differ from texts by the error information alone.
+    const bool failed = result.vt == VT_ERROR || com::viewOf(error.source) == addInProgId;
+    return {fromResult(result), failed};
+}
+
+} // namespace sheet::cli

@@ -1,0 +1,47 @@
+// AddIn: Quorvane, loaded and used as Excel does. Excel's part is played by the stand-ins of sheet/excel.
+#pragma once
+
+#include "sheet/cli/components.h"
+#include "sheet/cli/options.h"
+#include "sheet/excel/application.h"
+#include "sheet/excel/front_end.h"
+#include "sheet/formula/recalculation.h"
+
+#include <office_idl.h>
+
+#include <map>
+#include <stdexcept>
+
+namespace sheet::cli {
+
+/// The add-in or a package cannot be used.
+class AddInError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+class AddIn {
+  public:
+    /// Creates and connects it, with `workbookName` as the open workbook. COM must be initialised.
+    explicit AddIn(const std::string& workbookName);
+    AddIn(const AddIn&) = delete;
+    AddIn& operator=(const AddIn&) = delete;
+    /// Shuts it down.
+    ~AddIn();
+
+    void attach(const PackageOption& package, const Component& component);
+
+    bool hasFunction(const std::string& name);
+    /// The formula's own cell or range is the caller. hasFunction() must be true.
+    formula::Result call(const formula::EnteredFormula& formula, const formula::Grid& grid);
+
+  private:
+    com::com_ptr<excel::Application> application_ = com::make<excel::Application>();
+    com::com_ptr<excel::Workbook> workbook_;
+    com::com_ptr<excel::FrontEnd> frontEnd_ = com::make<excel::FrontEnd>();
+    com::com_ptr<IDispatch> functions_;
+    com::com_ptr<_IDTExtensibility2> extension_;
+    std::map<std::string, DISPID> identifiers_;
+};
+
+} // namespace sheet::cli

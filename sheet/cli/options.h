@@ -1,0 +1,47 @@
+// The command line, read. Texts are UTF-8.
+#pragma once
+
+#include "sheet/formula/address.h"
+
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace sheet::cli {
+
+/// NAME=PROGID, or NAME=PROGID!PACKAGE for a package that a package manager makes.
+struct PackageOption {
+    std::string name;
+    std::string progId;
+    std::optional<std::string> managed;
+
+    bool operator==(const PackageOption&) const = default;
+};
+
+struct Recalc {
+    std::string file;
+    std::vector<PackageOption> packages;
+    std::vector<formula::Block> arrays;
+    std::optional<std::string> out;
+};
+struct List {};
+struct Help {};
+struct Version {};
+
+using Command = std::variant<Recalc, List, Help, Version>;
+
+class UsageError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// `arguments` without the program's own name. Throws UsageError.
+Command readCommandLine(std::span<const std::string> arguments);
+
+extern const std::string_view helpText;
+
+} // namespace sheet::cli
