@@ -22,19 +22,7 @@ class ServedDual : public Interface {
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept override {
-        if (info == nullptr) {
-            return E_POINTER;
-        }
-        *info = nullptr;
-        if (index != 0) {
-            return DISP_E_BADINDEX;
-        }
-        *info = typeInfo();
-        if (*info == nullptr) {
-            return TYPE_E_ELEMENTNOTFOUND;
-        }
-        (*info)->AddRef();
-        return S_OK;
+        return giveTypeInfo(__uuidof(Interface), index, info);
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                             DISPID* ids) noexcept override {

@@ -16,11 +16,17 @@ struct IidLess {
     }
 };
 
+// A dual interface comes out of a library in its dispatch form; invoking needs the vtable form behind it.
+struct Forms {
+    com_ptr<ITypeInfo> dispatch;
+    com_ptr<ITypeInfo> vtable;
+};
+
 // Loading a type library can pump messages and re-enter through another object, hence the recursive lock.
 struct TypeInfos {
     std::recursive_mutex mutex;
     com_ptr<ITypeLib> library;
-    std::map<IID, com_ptr<ITypeInfo>, IidLess> infos;
+    std::map<IID, Forms, IidLess> infos;
 };
 
 // Never destroyed: at process end the automation library may be gone before our statics are.
@@ -29,8 +35,7 @@ TypeInfos& typeInfos() {
     return *instance;
 }
 
-// Dual interfaces come out of a library in their dispatch form; invoking needs the vtable form behind it.
-com_ptr<ITypeInfo> vtableForm(com_ptr<ITypeInfo> info) {
+com_ptr<ITypeInfo> vtableForm(const com_ptr<ITypeInfo>& info) {
     HREFTYPE reference = 0;
     com_ptr<ITypeInfo> vtable;
     if (SUCCEEDED(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference)) &&
@@ -40,20 +45,26 @@ com_ptr<ITypeInfo> vtableForm(com_ptr<ITypeInfo> info) {
     return info;
 }
 
-ITypeInfo* load(REFIID iid) {
-    TypeInfos& all = typeInfos();
-    const std::lock_guard lock{all.mutex};
-    if (const auto known = all.infos.find(iid); known != all.infos.end()) {
-        return known->second.get();
-    }
-    if (!all.library && FAILED(LoadTypeLib(thisModulePath().c_str(), all.library.put()))) {
+// Null when the library or the interface is missing.
+const Forms* load(REFIID iid) noexcept {
+    try {
+        TypeInfos& all = typeInfos();
+        const std::lock_guard lock{all.mutex};
+        if (const auto known = all.infos.find(iid); known != all.infos.end()) {
+            return &known->second;
+        }
+        if (!all.library && FAILED(LoadTypeLib(thisModulePath().c_str(), all.library.put()))) {
+            return nullptr;
+        }
+        Forms forms;
+        if (FAILED(all.library->GetTypeInfoOfGuid(iid, forms.dispatch.put()))) {
+            return nullptr;
+        }
+        forms.vtable = vtableForm(forms.dispatch);
+        return &all.infos.emplace(iid, std::move(forms)).first->second;
+    } catch (...) {
         return nullptr;
     }
-    com_ptr<ITypeInfo> info;
-    if (FAILED(all.library->GetTypeInfoOfGuid(iid, info.put()))) {
-        return nullptr;
-    }
-    return (all.infos[iid] = vtableForm(std::move(info))).get();
 }
 
 } // namespace
@@ -78,11 +89,24 @@ std::wstring thisModulePath() {
 }
 
 ITypeInfo* typeInfoOf(REFIID iid) noexcept {
-    try {
-        return load(iid);
-    } catch (...) {
-        return nullptr;
+    const Forms* const forms = load(iid);
+    return forms == nullptr ? nullptr : forms->vtable.get();
+}
+
+HRESULT giveTypeInfo(REFIID iid, UINT index, ITypeInfo** out) noexcept {
+    if (out == nullptr) {
+        return E_POINTER;
     }
+    *out = nullptr;
+    if (index != 0) {
+        return DISP_E_BADINDEX;
+    }
+    const Forms* const forms = load(iid);
+    if (forms == nullptr) {
+        return TYPE_E_ELEMENTNOTFOUND;
+    }
+    *out = com_ptr<ITypeInfo>{forms->dispatch}.release();
+    return S_OK;
 }
 
 } // namespace com

@@ -14,8 +14,11 @@ HMODULE thisModule() noexcept;
 std::wstring thisModulePath();
 
 /// Type information of interface `iid` from the module's embedded type library (first TYPELIB resource), in
-/// its vtable form. Loaded once and kept for the life of the process; null when the library or the interface
-/// is missing. The pointer is borrowed.
+/// its vtable form, which invoking needs. Loaded once and kept for the life of the process; null when the
+/// library or the interface is missing. Borrowed.
 ITypeInfo* typeInfoOf(REFIID iid) noexcept;
+
+/// IDispatch::GetTypeInfo for interface `iid`: the form that describes it to automation clients.
+HRESULT giveTypeInfo(REFIID iid, UINT index, ITypeInfo** out) noexcept;
 
 } // namespace com

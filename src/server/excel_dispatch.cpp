@@ -13,19 +13,7 @@ HRESULT STDMETHODCALLTYPE Excel::GetTypeInfoCount(UINT* count) noexcept {
 }
 
 HRESULT STDMETHODCALLTYPE Excel::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept {
-    if (info == nullptr) {
-        return E_POINTER;
-    }
-    *info = nullptr;
-    if (index != 0) {
-        return DISP_E_BADINDEX;
-    }
-    *info = com::typeInfoOf(__uuidof(IQuorvaneUDF));
-    if (*info == nullptr) {
-        return TYPE_E_ELEMENTNOTFOUND;
-    }
-    (*info)->AddRef();
-    return S_OK;
+    return com::giveTypeInfo(__uuidof(IQuorvaneUDF), index, info);
 }
 
 HRESULT STDMETHODCALLTYPE Excel::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
