@@ -33,18 +33,6 @@ std::string reasonFor(HRESULT code) {
     return error.description ? toUtf8(com::viewOf(error.description)) : systemText(code);
 }
 
-class Exception : public EXCEPINFO {
-  public:
-    Exception() noexcept : EXCEPINFO{} {}
-    Exception(const Exception&) = delete;
-    Exception& operator=(const Exception&) = delete;
-    ~Exception() {
-        SysFreeString(bstrSource);
-        SysFreeString(bstrDescription);
-        SysFreeString(bstrHelpFile);
-    }
-};
-
 com::variant toVariant(const formula::Argument& argument, const formula::Grid& grid) {
     struct Visitor {
         const formula::Grid& grid;
@@ -137,10 +125,13 @@ formula::Result AddIn::call(const formula::EnteredFormula& entered, const formul
     application_->setCaller(excel::Range::empty(entered.block.rows, entered.block.columns));
     forgetErrors();
     com::variant result;
-    Exception exception;
+    EXCEPINFO exception{};
     const HRESULT code =
         functions_->Invoke(identifiers_.at(entered.formula.function), IID_NULL, LOCALE_USER_DEFAULT,
                            DISPATCH_METHOD | DISPATCH_PROPERTYGET, &given, &result, &exception, nullptr);
+    const com::unique_bstr owned[] = {com::unique_bstr{exception.bstrSource},
+                                      com::unique_bstr{exception.bstrDescription},
+                                      com::unique_bstr{exception.bstrHelpFile}};
     const ErrorInformation error = takeErrors();
     application_->setCaller();
     if (FAILED(code)) {

@@ -15,9 +15,17 @@ struct CloseHandleOf {
 };
 using unique_handle = std::unique_ptr<void, CloseHandleOf>;
 
-[[noreturn]] void fail(const std::string& name, const char* what) {
+[[noreturn]] void fail(const std::string& name, const char* what, const char* remedy) {
     const HRESULT code = HRESULT_FROM_WIN32(GetLastError());
-    throw FileError{name + ": the file cannot be " + what + ": " + systemText(code)};
+    throw FileError{name + ": the file cannot be " + what + ": " + systemText(code) + "; " + remedy};
+}
+
+[[noreturn]] void failToRead(const std::string& name) {
+    fail(name, "read", "check its name, and whether another program uses it");
+}
+
+[[noreturn]] void failToWrite(const std::string& name) {
+    fail(name, "written", "check its folder, and whether another program uses it");
 }
 
 unique_handle open(const std::wstring& name, DWORD access, DWORD creation) {
@@ -51,14 +59,14 @@ std::string readFile(const std::string& name) {
     const unique_handle file = open(toWide(name), GENERIC_READ, OPEN_EXISTING);
     LARGE_INTEGER size{};
     if (!file || !GetFileSizeEx(file.get(), &size)) {
-        fail(name, "read");
+        failToRead(name);
     }
     std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
     for (std::size_t done = 0; done < bytes.size();) {
         DWORD count = 0;
         const auto wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - done, 1U << 20U));
         if (!ReadFile(file.get(), bytes.data() + done, wanted, &count, nullptr)) {
-            fail(name, "read");
+            failToRead(name);
         }
         if (count == 0) {
             bytes.resize(done); // it became shorter meanwhile
@@ -73,14 +81,14 @@ void writeFile(const std::string& name, std::string_view bytes) {
     const std::wstring temporary = final + L".tmp";
     unique_handle file = open(temporary, GENERIC_WRITE, CREATE_ALWAYS);
     if (!file || !write(file.get(), bytes)) {
-        fail(name, "written");
+        failToWrite(name);
     }
     file.reset();
     if (!MoveFileExW(temporary.c_str(), final.c_str(), MOVEFILE_REPLACE_EXISTING)) {
         const DWORD code = GetLastError();
         DeleteFileW(temporary.c_str());
         SetLastError(code);
-        fail(name, "written");
+        failToWrite(name);
     }
 }
 
@@ -101,7 +109,7 @@ void print(Stream stream, std::string_view text) {
     const HANDLE handle = GetStdHandle(static_cast<DWORD>(stream));
     if (!isTerminal(stream)) {
         if (!write(handle, lines)) {
-            fail(stream == Stream::output ? "standard output" : "standard error", "written");
+            failToWrite(stream == Stream::output ? "standard output" : "standard error");
         }
         return;
     }
