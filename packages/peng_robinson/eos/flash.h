@@ -20,7 +20,11 @@ enum class SolutionType { any, normal, retrograde };
 /// amount.
 std::vector<double> normalisedComposition(std::span<const double> amounts, std::size_t expectedSize);
 
-Equilibrium flashTP(const PengRobinson& model, double T, double P, std::span<const double> z);
+/// Phases that a flash may use. With one of them only, all of the mixture is that phase.
+enum class PhasesAllowed { both, vaporOnly, liquidOnly };
+
+Equilibrium flashTP(const PengRobinson& model, double T, double P, std::span<const double> z,
+                    PhasesAllowed allowed = PhasesAllowed::both);
 
 /// Temperature and vapour fraction (0 to 1 inclusive) given. The incipient phase of a bubble or dew point is
 /// reported as present in zero amount.

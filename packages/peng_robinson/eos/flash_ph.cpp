@@ -1,58 +1,16 @@
 #include "packages/peng_robinson/eos/flash_ph.h"
 
+#include "packages/peng_robinson/eos/bracketing.h"
 #include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/flash.h"
 #include "packages/peng_robinson/eos/text.h"
 
 #include <cmath>
-#include <functional>
-#include <limits>
 
 namespace peng_robinson::eos {
 namespace {
 
 constexpr double lowestTemperature = 5.0, highestTemperature = 5000.0;
-
-// A rising function is zero between two points: regula falsi with the Illinois weights, and bisection when
-// that is slow. Ends at the last pair of neighbouring numbers at the latest; returns the argument of the
-// smallest modulus met.
-double solveRising(const std::function<double(double)>& f, double low, double fLow, double high, double fHigh,
-                   double tolerance) {
-    double best = std::abs(fLow) < std::abs(fHigh) ? low : high;
-    double fBest = std::min(std::abs(fLow), std::abs(fHigh));
-    double weightLow = fLow, weightHigh = fHigh;
-    int lastSide = 0;
-    for (int i = 0; i < 200 && fBest > tolerance; ++i) {
-        const double before = high - low;
-        double at = low - weightLow * (high - low) / (weightHigh - weightLow);
-        if (!(at > low && at < high) || i % 6 == 5) {
-            at = 0.5 * (low + high);
-        }
-        if (at == low || at == high) {
-            break;
-        }
-        const double value = f(at);
-        if (std::abs(value) < fBest) {
-            best = at;
-            fBest = std::abs(value);
-        }
-        const int side = value < 0.0 ? -1 : 1;
-        if (side < 0) {
-            low = at;
-            weightLow = value;
-            weightHigh = lastSide == side ? 0.5 * weightHigh : weightHigh;
-        } else {
-            high = at;
-            weightHigh = value;
-            weightLow = lastSide == side ? 0.5 * weightLow : weightLow;
-        }
-        lastSide = side;
-        if (high - low >= before) {
-            break;
-        }
-    }
-    return best;
-}
 
 // The pressure where the mixture boils over less than a rounding error of temperature (a pure compound, an
 // azeotrope): there the enthalpy fixes the vapour fraction instead.
@@ -86,30 +44,29 @@ std::size_t numberOfCompounds(std::span<const double> x) {
 double enthalpyOf(const Fluid& fluid, const Equilibrium& e) {
     double h = 0.0;
     if (e.vapor && e.vapor->fraction > 0.0) {
-        h += e.vapor->fraction *
-             fluid.properties(e.T, e.P, e.vapor->x, e.liquid ? Root::vapor : Root::stable).enthalpy;
+        h += e.vapor->fraction * fluid.properties(e.T, e.P, e.vapor->x, Root::vapor).enthalpy;
     }
     if (e.liquid && e.liquid->fraction > 0.0) {
-        h += e.liquid->fraction *
-             fluid.properties(e.T, e.P, e.liquid->x, e.vapor ? Root::liquid : Root::stable).enthalpy;
+        h += e.liquid->fraction * fluid.properties(e.T, e.P, e.liquid->x, Root::liquid).enthalpy;
     }
     return h;
 }
 
-Equilibrium flashPH(const Fluid& fluid, double P, double enthalpy, std::span<const double> amounts) {
+Equilibrium flashPH(const Fluid& fluid, double P, double enthalpy, std::span<const double> amounts,
+                    PhasesAllowed allowed) {
     if (!std::isfinite(enthalpy)) {
         throw InvalidInput{"The enthalpy must be a finite number"};
     }
     const std::vector<double> z = normalisedComposition(amounts, fluid.size());
     const double tolerance = 1e-13 * (1.0 + std::abs(enthalpy));
     const double acceptable = 1e-8 * (1.0 + std::abs(enthalpy));
-    if (numberOfCompounds(z) == 1) {
+    if (allowed == PhasesAllowed::both && numberOfCompounds(z) == 1) {
         if (std::optional<Equilibrium> boiling = flashByFraction(fluid, P, enthalpy, z, tolerance)) {
             return *boiling;
         }
     }
     const auto excess = [&](double T) {
-        return enthalpyOf(fluid, flashTP(fluid.model(), T, P, z)) - enthalpy;
+        return enthalpyOf(fluid, flashTP(fluid.model(), T, P, z, allowed)) - enthalpy;
     };
     // From room temperature outwards, so that the search stays where the equation is at home.
     double low = referenceTemperature, high = referenceTemperature;
@@ -132,8 +89,8 @@ Equilibrium flashPH(const Fluid& fluid, double P, double enthalpy, std::span<con
                             numberText(enthalpy) + " J/mol; check the enthalpy and its reference state"};
     }
     const double T = solveRising(excess, low, fLow, high, fHigh, tolerance);
-    Equilibrium result = flashTP(fluid.model(), T, P, z);
-    if (std::abs(enthalpyOf(fluid, result) - enthalpy) > acceptable) {
+    Equilibrium result = flashTP(fluid.model(), T, P, z, allowed);
+    if (allowed == PhasesAllowed::both && std::abs(enthalpyOf(fluid, result) - enthalpy) > acceptable) {
         if (std::optional<Equilibrium> boiling = flashByFraction(fluid, P, enthalpy, z, tolerance)) {
             result = *boiling;
         }

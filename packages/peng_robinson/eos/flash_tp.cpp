@@ -92,11 +92,15 @@ std::optional<PhaseSplit> betterSplit(const Isotherm& isotherm, double P, std::s
 
 } // namespace
 
-Equilibrium flashTP(const PengRobinson& full, double T, double P, std::span<const double> amounts) {
+Equilibrium flashTP(const PengRobinson& full, double T, double P, std::span<const double> amounts,
+                    PhasesAllowed allowed) {
     const ActiveMixture mixture{full, amounts};
     const std::vector<double>& z = mixture.z();
     const Isotherm isotherm = mixture.model().at(T);
     const PhaseState feed = isotherm.phase(P, z, Root::stable);
+    if (allowed != PhasesAllowed::both) {
+        return onePhase(isotherm, P, allowed == PhasesAllowed::liquidOnly, mixture);
+    }
     std::optional<PhaseSplit> split;
     if (!mixture.isPure()) {
         split = bestSplit(isotherm, P, z, feed);

@@ -69,6 +69,15 @@ TEST_F(EnthalpyFlash, NarrowBoilingMixture) {
     EXPECT_NEAR(result.vapor->fraction, 0.5, 1e-6);
 }
 
+TEST_F(EnthalpyFlash, OnePhaseOnly) {
+    for (const PhasesAllowed allowed : {PhasesAllowed::vaporOnly, PhasesAllowed::liquidOnly}) {
+        const Equilibrium forward = flashTP(gas.model(), 200.0, 1e6, z, allowed);
+        EXPECT_EQ(forward.vapor.has_value(), allowed == PhasesAllowed::vaporOnly);
+        EXPECT_EQ(forward.liquid.has_value(), allowed == PhasesAllowed::liquidOnly);
+        EXPECT_NEAR(flashPH(gas, 1e6, enthalpyOf(gas, forward), z, allowed).T, 200.0, 1e-8);
+    }
+}
+
 TEST_F(EnthalpyFlash, EnthalpyOutOfReachIsRefused) {
     try {
         flashPH(gas, 1e5, -1e6, z);

@@ -2,6 +2,7 @@
 // fugacities, the balance of every compound, and no other phase that would lower the Gibbs energy.
 #include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/flash.h"
+#include "packages/peng_robinson/eos/flash_mass.h"
 #include "packages/peng_robinson/eos/stability.h"
 #include "tests/packages/peng_robinson/eos/support.h"
 
@@ -161,6 +162,22 @@ TEST(FlashInvariants, VaporFractionAgreesWithTemperatureAndPressure) {
         ++compared;
     }
     EXPECT_GT(compared, 100);
+}
+
+TEST(MassFraction, CountsKilogramsOfVapor) {
+    const Fluid fluid = fluidOf({"methane", "propane", "n-heptane"});
+    const std::vector<double> z{0.3, 0.3, 0.4};
+    for (const bool byTemperature : {true, false}) {
+        const Equilibrium e = byTemperature ? flashTVaporMassFraction(fluid, 300.0, 0.2, z)
+                                            : flashPVaporMassFraction(fluid, 1e6, 0.2, z);
+        const double vapor = e.vapor->fraction * fluid.molecularWeight(e.vapor->x);
+        const double liquid = e.liquid->fraction * fluid.molecularWeight(e.liquid->x);
+        EXPECT_NEAR(vapor / (vapor + liquid), 0.2, 1e-13);
+        expectMaterialBalance(e, z);
+        expectEqualFugacities(fluid.model(), e, 1e-10);
+    }
+    EXPECT_EQ(flashTVaporMassFraction(fluid, 300.0, 1.0, z).P,
+              flashTVaporFraction(fluid.model(), 300.0, 1.0, z).P);
 }
 
 TEST(Retrograde, UpperAndLowerDewPressureOfANaturalGas) {
