@@ -8,7 +8,7 @@ if(MSVC)
 else()
     target_compile_options(
         quorvane_flags INTERFACE -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow
-                                 -Wold-style-cast -Wcast-qual -Woverloaded-virtual -Wnull-dereference
+                                 -Wold-style-cast -Wcast-qual -Woverloaded-virtual
                                  -Wduplicated-cond -Wlogical-op -Wformat=2)
 endif()
 
