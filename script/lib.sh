@@ -18,13 +18,14 @@ die() {
     exit 1
 }
 
-# logged LOG COMMAND...: runs the command with its output in build/logs/LOG; shows the end of it on failure.
+# logged LOG COMMAND...: runs the command with its output in build/logs/LOG; on failure shows the end of it, without
+# the steps that went well.
 logged() {
     local log=$root/build/logs/$1
     shift
     mkdir -p "${log%/*}"
     "$@" </dev/null >"$log" 2>&1 || {
-        tail -n 60 "$log" >&2
+        grep -Ev '^\[[0-9]+/[0-9]+\] ' "$log" | tail -n 60 >&2
         die "failed: $* (all of it in ${log#"$root"/})"
     }
 }
