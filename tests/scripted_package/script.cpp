@@ -1,0 +1,138 @@
+#include "tests/scripted_package/script.h"
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace scripted {
+
+namespace {
+
+template <typename Map>
+auto* valueAt(Map& map, const char* key) {
+    const auto found = map.find(key);
+    return found == map.end() ? nullptr : &found->second;
+}
+
+void appendLine(const std::wstring& file, const std::string& line) {
+    if (std::FILE* stream = _wfopen(file.c_str(), L"ab")) {
+        std::fprintf(stream, "%s\n", line.c_str());
+        std::fclose(stream);
+    }
+}
+
+std::wstring guidText(REFIID iid) {
+    wchar_t text[40];
+    StringFromGUID2(iid, text, static_cast<int>(std::size(text)));
+    return text;
+}
+
+void require(bool fits) {
+    if (!fits) {
+        throw std::logic_error("The script's answer has not the type of the method's output");
+    }
+}
+
+} // namespace
+
+com::variant duplicate(const VARIANT& value) {
+    return value.vt == VT_BSTR && value.bstrVal == nullptr ? com::variant::attach(value)
+                                                           : com::variant::copyOf(value);
+}
+
+bool Out::isNull() const noexcept {
+    return value_ == nullptr && text_ == nullptr && number_ == nullptr && truth_ == nullptr &&
+           object_ == nullptr;
+}
+
+void Out::give(com::variant value) const {
+    if (value_ != nullptr) {
+        if (kind_ == Kind::InOut) {
+            com::assign(value_, std::move(value));
+        } else {
+            *value_ = value.release();
+        }
+    } else if (text_ != nullptr) {
+        require(value.vt == VT_BSTR);
+        *text_ = value.release().bstrVal;
+    } else if (number_ != nullptr) {
+        require(value.vt == VT_I4);
+        *number_ = value.lVal;
+    } else if (truth_ != nullptr) {
+        require(value.vt == VT_BOOL);
+        *truth_ = value.boolVal;
+    } else if (object_ != nullptr) {
+        require(value.vt == VT_DISPATCH);
+        *object_ = value.release().pdispVal;
+    }
+}
+
+std::string Record::text() const {
+    std::string text = method + "(";
+    for (const com::variant& argument : arguments) {
+        if (&argument != &arguments.front()) {
+            text += ", ";
+        }
+        text += textOf(argument);
+    }
+    return text + ")";
+}
+
+void Script::calculates(std::wstring property, std::wstring basis, std::vector<double> values) {
+    model.calculated[std::move(property)] = {std::move(basis), std::move(values)};
+}
+
+void Script::fails(std::string method, HRESULT code, std::wstring description, std::wstring name) {
+    failures_[std::move(method)] = {code, std::move(description), std::move(name)};
+}
+
+void Script::omits(REFIID iid) { omitted_.insert(guidText(iid)); }
+
+void Script::recovers(const std::string& method) {
+    hooks_.erase(method);
+    failures_.erase(method);
+    answers_.erase(method);
+}
+
+std::vector<std::string> Script::calls(std::string_view method) const {
+    std::vector<std::string> texts;
+    for (const Record& record : records_) {
+        if (method.empty() || record.method == method) {
+            texts.push_back(record.text());
+        }
+    }
+    return texts;
+}
+
+void Script::forgetCalls() {
+    records_.clear();
+    queries_.clear();
+}
+
+bool Script::hides(REFIID iid) {
+    queries_.push_back(iid);
+    return omitted_.contains(guidText(iid));
+}
+
+void Script::heard(const char* method, std::span<const VARIANT> in) {
+    Record& record = records_.emplace_back();
+    record.method = method;
+    for (const VARIANT& value : in) {
+        // A record that kept objects alive would hide that somebody else forgot to.
+        record.arguments.push_back(value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN
+                                       ? com::variant{value.punkVal != nullptr}
+                                       : duplicate(value));
+    }
+    if (!log_.empty()) {
+        appendLine(log_, record.text());
+    }
+}
+
+const Script::Hook* Script::hookOf(const char* method) const { return valueAt(hooks_, method); }
+
+const Failure* Script::failureOf(const char* method) const { return valueAt(failures_, method); }
+
+const std::vector<com::variant>* Script::answerOf(const char* method) const {
+    return valueAt(answers_, method);
+}
+
+} // namespace scripted
