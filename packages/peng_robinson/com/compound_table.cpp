@@ -1,0 +1,106 @@
+#include "packages/peng_robinson/com/compound_table.h"
+
+#include "packages/peng_robinson/com/values.h"
+#include "packages/peng_robinson/eos/constants.h"
+#include "packages/peng_robinson/eos/pure_saturation.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace peng_robinson {
+namespace {
+
+using eos::Compound;
+using Number = std::optional<double>;
+
+eos::PengRobinson modelOf(const Compound& c) { return eos::PengRobinson{{{c.Tc, c.Pc, c.acentricFactor}}}; }
+
+std::optional<eos::Saturation> saturation(const Compound& c, double T) {
+    return T < c.Tc ? std::optional{eos::saturationAtTemperature(modelOf(c), T)} : std::nullopt;
+}
+
+Number heatOfVaporization(const Compound& c, double T) {
+    const auto at = saturation(c, T);
+    return at ? Number{at->heatOfVaporization()} : std::nullopt;
+}
+
+Number heatOfVaporizationAtBoilingPoint(const Compound& c) {
+    // Carbon dioxide sublimes at one atmosphere: it has no boiling point there to speak of.
+    return c.cas == "124-38-9" ? std::nullopt : heatOfVaporization(c, c.normalBoilingPoint);
+}
+
+template <double Compound::*Member>
+Number member(const Compound& c) {
+    return c.*Member;
+}
+
+constexpr std::array constants{
+    ConstantRow{L"acentricFactor", nullptr, member<&Compound::acentricFactor>},
+    ConstantRow{L"casRegistryNumber", &Compound::cas, nullptr},
+    ConstantRow{L"chemicalFormula", &Compound::formula, nullptr},
+    ConstantRow{L"criticalCompressibilityFactor", nullptr,
+                [](const Compound& c) -> Number { return c.criticalCompressibility(); }},
+    ConstantRow{L"criticalDensity", nullptr, member<&Compound::criticalDensity>},
+    ConstantRow{L"criticalPressure", nullptr, member<&Compound::Pc>},
+    ConstantRow{L"criticalTemperature", nullptr, member<&Compound::Tc>},
+    ConstantRow{L"criticalVolume", nullptr, [](const Compound& c) -> Number { return c.criticalVolume(); }},
+    ConstantRow{L"heatOfVaporizationAtNormalBoilingPoint", nullptr, heatOfVaporizationAtBoilingPoint},
+    ConstantRow{L"idealGasEnthalpyOfFormationAt25C", nullptr, member<&Compound::formationEnthalpy>},
+    ConstantRow{L"idealGasGibbsFreeEnergyOfFormationAt25C", nullptr, member<&Compound::formationGibbs>},
+    ConstantRow{L"iupacName", &Compound::iupacName, nullptr},
+    ConstantRow{L"molecularWeight", nullptr, member<&Compound::molecularWeight>},
+    ConstantRow{L"normalBoilingPoint", nullptr, member<&Compound::normalBoilingPoint>},
+    ConstantRow{L"SMILESformula", &Compound::smiles, nullptr},
+    ConstantRow{L"standardEntropyGas", nullptr, member<&Compound::standardEntropy>},
+    ConstantRow{L"standardFormationEnthalpyGas", nullptr, member<&Compound::formationEnthalpy>},
+    ConstantRow{L"standardFormationGibbsEnergyGas", nullptr, member<&Compound::formationGibbs>},
+};
+
+constexpr std::array temperatureTable{
+    DependentRow{L"heatOfVaporization", heatOfVaporization},
+    DependentRow{L"idealGasEnthalpy",
+                 [](const Compound& c, double T) -> Number { return c.idealGas.enthalpy(T); }},
+    DependentRow{L"idealGasEntropy",
+                 [](const Compound& c, double T) -> Number { return c.idealGas.entropy(T); }},
+    DependentRow{L"idealGasHeatCapacity",
+                 [](const Compound& c, double T) -> Number { return c.idealGas.cp(T); }},
+    DependentRow{L"vaporPressure",
+                 [](const Compound& c, double T) {
+                     const auto at = saturation(c, T);
+                     return at ? Number{at->P} : std::nullopt;
+                 }},
+    DependentRow{L"volumeOfLiquid",
+                 [](const Compound& c, double T) {
+                     const auto at = saturation(c, T);
+                     return at ? Number{at->liquid.v} : std::nullopt;
+                 }},
+};
+
+constexpr std::array pressureTable{
+    DependentRow{L"boilingPointTemperature",
+                 [](const Compound& c, double P) {
+                     return P < c.Pc ? Number{eos::saturationAtPressure(modelOf(c), P).T} : std::nullopt;
+                 }},
+};
+
+} // namespace
+
+std::span<const ConstantRow> constantRows() noexcept { return constants; }
+
+const ConstantRow* findConstant(std::wstring_view name) noexcept {
+    const auto found = std::ranges::find_if(
+        constants, [name](const ConstantRow& row) { return isSameName(row.name, name); });
+    return found == constants.end() ? nullptr : &*found;
+}
+
+std::span<const DependentRow> temperatureRows() noexcept { return temperatureTable; }
+std::span<const DependentRow> pressureRows() noexcept { return pressureTable; }
+
+const DependentRow* findRow(std::span<const DependentRow> rows, std::wstring_view name) noexcept {
+    const auto found =
+        std::ranges::find_if(rows, [name](const DependentRow& row) { return isSameName(row.name, name); });
+    return found == rows.end() ? nullptr : &*found;
+}
+
+} // namespace peng_robinson

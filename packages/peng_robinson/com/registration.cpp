@@ -1,0 +1,121 @@
+#include "packages/peng_robinson/com/registration.h"
+
+#include "com/owned.h"
+#include "com/type_library.h"
+#include "packages/peng_robinson/com/identity.h"
+#include <peng_robinson_version.h>
+
+#include <array>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace peng_robinson {
+namespace {
+
+// Registration for one user needs no administrator.
+constexpr const wchar_t* classes = L"Software\\Classes\\";
+
+// CAPE-OPEN component categories: every component, and stand-alone property packages of version 1.1.
+constexpr const wchar_t* categories[] = {
+    L"{678C09A1-7D66-11D2-A67D-00105A42887F}",
+    L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}",
+};
+
+struct Row {
+    std::wstring key;
+    const wchar_t* value; ///< null: the key's default value
+    std::wstring data;
+};
+
+std::wstring clsidText() {
+    std::array<wchar_t, 40> text{};
+    StringFromGUID2(packageClsid, text.data(), static_cast<int>(text.size()));
+    return text.data();
+}
+
+std::vector<std::wstring> rootKeys() {
+    return {L"CLSID\\" + clsidText(), packageProgId, packageVersionIndependentProgId};
+}
+
+std::vector<Row> table() {
+    const std::wstring clsid = clsidText(), cls = L"CLSID\\" + clsid, cape = cls + L"\\CapeDescription";
+    const std::wstring progId = packageProgId, anyVersion = packageVersionIndependentProgId;
+    std::vector<Row> rows{
+        {cls, nullptr, packageName},
+        {cls + L"\\InprocServer32", nullptr, com::thisModulePath()},
+        {cls + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+        {cls + L"\\ProgID", nullptr, progId},
+        {cls + L"\\VersionIndependentProgID", nullptr, anyVersion},
+        {cape, L"Name", packageName},
+        {cape, L"Description", packageDescription},
+        {cape, L"CapeVersion", L"1.1"},
+        {cape, L"ComponentVersion", packageVersion},
+        {cape, L"VendorURL", packageVendorUrl},
+        {cape, L"About", packageAbout},
+        {progId, nullptr, packageName},
+        {progId + L"\\CLSID", nullptr, clsid},
+        {anyVersion, nullptr, packageName},
+        {anyVersion + L"\\CLSID", nullptr, clsid},
+        {anyVersion + L"\\CurVer", nullptr, progId},
+    };
+    for (const wchar_t* category : categories) {
+        rows.push_back({cls + L"\\Implemented Categories\\" + category, nullptr, {}});
+    }
+    return rows;
+}
+
+LSTATUS write(const Row& row) {
+    com::unique_registry_key key;
+    const LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, (classes + row.key).c_str(), 0, nullptr, 0,
+                                           KEY_WRITE, nullptr, key.put(), nullptr);
+    if (status != ERROR_SUCCESS || (row.value == nullptr && row.data.empty())) {
+        return status;
+    }
+    return RegSetValueExW(key.get(), row.value, 0, REG_SZ, reinterpret_cast<const BYTE*>(row.data.c_str()),
+                          static_cast<DWORD>((row.data.size() + 1) * sizeof(wchar_t)));
+}
+
+HRESULT resultOf(LSTATUS status) noexcept {
+    return status == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(status);
+}
+
+template <typename Body>
+HRESULT guarded(Body&& body) noexcept {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}
+
+} // namespace
+
+HRESULT registerPackage() noexcept {
+    return guarded([] {
+        for (const Row& row : table()) {
+            if (const LSTATUS status = write(row); status != ERROR_SUCCESS) {
+                unregisterPackage();
+                return resultOf(status);
+            }
+        }
+        return S_OK;
+    });
+}
+
+HRESULT unregisterPackage() noexcept {
+    return guarded([] {
+        LSTATUS failure = ERROR_SUCCESS;
+        for (const std::wstring& key : rootKeys()) {
+            const LSTATUS status = RegDeleteTreeW(HKEY_CURRENT_USER, (classes + key).c_str());
+            if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND && failure == ERROR_SUCCESS) {
+                failure = status;
+            }
+        }
+        return resultOf(failure);
+    });
+}
+
+} // namespace peng_robinson
