@@ -1,0 +1,129 @@
+// The worksheet functions through IDispatch, as Excel and scripts call them, and through the vtable.
+#include "tests/src/server/worksheet.h"
+
+using namespace tests;
+
+namespace {
+
+constexpr DISPID unitOfMeasure = 0x60020001;
+constexpr DISPID phases = 0x60020003;
+
+class LateBinding : public Worksheet {
+  protected:
+    HRESULT invoke(DISPID member, std::vector<com::variant> reversed, com::variant* result,
+                   std::vector<DISPID> named = {}) {
+        DISPPARAMS parameters{reversed.data(), named.data(), static_cast<UINT>(reversed.size()),
+                              static_cast<UINT>(named.size())};
+        return addIn->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                             &parameters, result, nullptr, nullptr);
+    }
+    DISPID idOf(std::wstring name) {
+        wchar_t* names[] = {name.data()};
+        DISPID id = DISPID_UNKNOWN;
+        addIn->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
+        return id;
+    }
+    template <typename... Values>
+    static std::vector<com::variant> arguments(Values&&... values) {
+        std::vector<com::variant> result;
+        (result.push_back(std::forward<Values>(values)), ...);
+        return result;
+    }
+};
+
+TEST_F(LateBinding, FunctionsHaveTheirMemberIdentifiersInAnyCase) {
+    EXPECT_EQ(idOf(L"CapeOpenPackageNames"), 0x60020000);
+    EXPECT_EQ(idOf(L"capeopenunitofmeasure"), unitOfMeasure);
+    EXPECT_EQ(idOf(L"CapeOpenPhaseEquilibrium"), 0x60020008);
+}
+TEST_F(LateBinding, ServicesAreReachedByNameToo) {
+    EXPECT_EQ(idOf(L"CreateWorkbookPP"), 0x60030000);
+    EXPECT_EQ(idOf(L"GetPackageInfo"), 0x60030014);
+    EXPECT_EQ(idOf(L"OnConnection"), DISPID_UNKNOWN);
+}
+TEST_F(LateBinding, AFunctionIsCalledByItsMemberIdentifier) {
+    com::variant result;
+    ASSERT_EQ(invoke(unitOfMeasure, arguments(text(L"mass"), text(L"volume")), &result), S_OK);
+    EXPECT_EQ(textOf(result), L"m3/kg");
+}
+TEST_F(LateBinding, ArgumentsMayBeGivenByName) {
+    com::variant result;
+    ASSERT_EQ(invoke(unitOfMeasure, arguments(text(L"volume"), text(L"mass")), &result, {0, 1}), S_OK);
+    EXPECT_EQ(textOf(result), L"m3/kg");
+}
+TEST_F(LateBinding, ArgumentsMayBeVariables) {
+    com::variant name = text(L"volume");
+    com::variant basis = text(L"mass");
+    VARIANT byReference[2] = {};
+    byReference[0].vt = byReference[1].vt = VT_BYREF | VT_VARIANT;
+    byReference[0].pvarVal = &basis;
+    byReference[1].pvarVal = &name;
+    DISPPARAMS parameters{byReference, nullptr, 2, 0};
+    com::variant result;
+    ASSERT_EQ(addIn->Invoke(unitOfMeasure, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                            &result, nullptr, nullptr),
+              S_OK);
+    EXPECT_EQ(textOf(result), L"m3/kg");
+}
+TEST_F(LateBinding, ARequiredTextMayStandInACell) {
+    EXPECT_EQ(show(L"CapeOpenUnitOfMeasure", cell(text(L"volume"))), "m3/mol");
+}
+TEST_F(LateBinding, ARequiredNumberMayStandInACellOrAsText) {
+    attach();
+    const std::string expected = flash({});
+    EXPECT_EQ(flash({.value1 = cell(number(300.0))}), expected);
+    EXPECT_EQ(flash({.value1 = text(L"300")}), expected);
+    EXPECT_EQ(flash({.value1 = com::variant{300L}}), expected);
+}
+TEST_F(LateBinding, ATextWhereANumberBelongsIsReported) {
+    attach();
+    EXPECT_EQ(flash({.value1 = text(L"warm")}), "Invalid value for condition1Value - expected real value");
+    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Invalid value for condition1Value - expected real value");
+    EXPECT_EQ(flash({.value2 = cells({1, 2})}), "Invalid value for condition2Value - expected real value");
+    EXPECT_EQ(flash({.value1 = errorCell()}), "Invalid value for condition1Value - expected real value");
+}
+TEST_F(LateBinding, ABlockWhereATextBelongsIsReported) {
+    EXPECT_EQ(show(L"CapeOpenUnitOfMeasure", cells({1, 2})),
+              "Invalid value for propertyName - expected string value");
+    EXPECT_EQ(show(L"CapeOpenUnitOfMeasure", cell(errorCell())),
+              "Invalid value for propertyName - expected string value");
+}
+TEST_F(LateBinding, TooManyArgumentsAreNotACall) {
+    com::variant result;
+    EXPECT_EQ(invoke(unitOfMeasure, arguments(text(L"a"), text(L"b"), text(L"volume")), &result),
+              DISP_E_BADPARAMCOUNT);
+}
+TEST_F(LateBinding, AnUnknownMemberIsNotFound) {
+    com::variant result;
+    EXPECT_EQ(invoke(0x60020009, {}, &result), DISP_E_MEMBERNOTFOUND);
+}
+TEST_F(LateBinding, AFailingServiceRaisesItsMessage) {
+    EXCEPINFO exception{};
+    DISPPARAMS none{};
+    com::variant result;
+    EXPECT_EQ(addIn->Invoke(idOf(L"Help"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, &result,
+                            &exception, nullptr),
+              DISP_E_EXCEPTION);
+    const com::unique_bstr source{exception.bstrSource};
+    const com::unique_bstr description{exception.bstrDescription};
+    const com::unique_bstr help{exception.bstrHelpFile};
+    EXPECT_EQ(com::viewOf(source), L"Quorvane.Excel");
+    EXPECT_EQ(com::viewOf(description), L"Not implemented");
+}
+
+TEST_F(LateBinding, TheVtableGivesTheSame) {
+    attach();
+    const com::unique_bstr name = com::makeBstr(L"P");
+    com::variant result;
+    ASSERT_EQ(addIn->CapeOpenPhases(name.get(), omitted(), omitted(), &result), S_OK);
+    EXPECT_EQ(shown(result), "Vapor | Liquid");
+    com::variant late;
+    ASSERT_EQ(invoke(phases, arguments(text(L"P")), &late), S_OK);
+    EXPECT_EQ(shown(late), shown(result));
+}
+TEST_F(LateBinding, TheVtableNeedsAResultPointer) {
+    EXPECT_EQ(addIn->CapeOpenPackageNames(omitted(), nullptr), E_POINTER);
+    EXPECT_EQ(addIn->CapeOpenUnitOfMeasure(nullptr, omitted(), nullptr), E_POINTER);
+}
+
+} // namespace
