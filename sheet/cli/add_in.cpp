@@ -129,17 +129,17 @@ formula::Result AddIn::call(const formula::EnteredFormula& entered, const formul
     const HRESULT code =
         functions_->Invoke(identifiers_.at(entered.formula.function), IID_NULL, LOCALE_USER_DEFAULT,
                            DISPATCH_METHOD | DISPATCH_PROPERTYGET, &given, &result, &exception, nullptr);
-    const com::unique_bstr owned[] = {com::unique_bstr{exception.bstrSource},
-                                      com::unique_bstr{exception.bstrDescription},
-                                      com::unique_bstr{exception.bstrHelpFile}};
-    const ErrorInformation error = takeErrors();
+    const com::unique_bstr source{exception.bstrSource};
+    const com::unique_bstr description{exception.bstrDescription};
+    const com::unique_bstr helpFile{exception.bstrHelpFile};
     application_->setCaller();
     if (FAILED(code)) {
-        return {formula::Matrix::of(formula::CellError::value), true};
+        return {formula::Matrix::of(formula::CellError::value), true,
+                description ? toUtf8(com::viewOf(description)) : reasonFor(code)};
     }
     // The function succeeds whatever happens; its failures differ from texts by the error information alone.
-    const bool failed = result.vt == VT_ERROR || com::viewOf(error.source) == addInProgId;
-    return {fromResult(result), failed};
+    const bool failed = result.vt == VT_ERROR || com::viewOf(takeErrors().source) == addInProgId;
+    return {fromResult(result), failed, {}};
 }
 
 } // namespace sheet::cli

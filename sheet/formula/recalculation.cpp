@@ -53,6 +53,7 @@ class Recalculation {
         std::size_t calculations = 0;
         bool dirty = true;
         bool failed = false;
+        std::string reason;
     };
 
     [[noreturn]] void failForSpills(std::vector<std::size_t> circle) const {
@@ -87,6 +88,7 @@ class Recalculation {
         Result result =
             entered.formula.function.empty() ? Result{referredValues(entered)} : calculate_(entered, grid_);
         state.failed = result.failed;
+        state.reason = std::move(result.reason);
         state.dirty = false;
         ++state.calculations;
         for (const std::size_t dependent : state.dependents) {
@@ -175,18 +177,21 @@ class Recalculation {
     std::vector<Failure> collectFailures() const {
         std::vector<Failure> failures;
         for (std::size_t i = 0; i < states_.size(); ++i) {
-            const Block& where = grid_.covered(i);
-            const std::string shown = exactText(grid_.at(where.first));
-            if (const std::optional<Grid::Blockage>& blockage = grid_.blockage(i)) {
-                failures.push_back({where, shown + " (the result needs " + nameOf(blockage->needed) +
-                                               (blockage->obstacle ? ", and " + nameOf(*blockage->obstacle) +
-                                                                         " is not empty)"
-                                                                   : ", and the worksheet ends before)")});
-            } else if (states_[i].failed) {
-                failures.push_back({where, shown});
+            if (!states_[i].failed && !grid_.blockage(i)) {
+                continue;
             }
+            const Block& where = grid_.covered(i);
+            const std::string reason = grid_.blockage(i) ? reasonOf(*grid_.blockage(i)) : states_[i].reason;
+            failures.push_back(
+                {where, exactText(grid_.at(where.first)) + (reason.empty() ? "" : " (" + reason + ")")});
         }
         return failures;
+    }
+
+    static std::string reasonOf(const Grid::Blockage& blockage) {
+        return "the result needs " + nameOf(blockage.needed) +
+               (blockage.obstacle ? ", and " + nameOf(*blockage.obstacle) + " is not empty"
+                                  : ", and the worksheet ends before");
     }
 
     const Worksheet& sheet_;

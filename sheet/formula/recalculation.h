@@ -16,7 +16,8 @@ namespace sheet::formula {
 
 struct Result {
     Matrix values;
-    bool failed = false; // the value is the text of a failure
+    bool failed = false;  // the value is the text of a failure, or an error value
+    std::string reason{}; // what an error value does not say
 };
 
 /// Calls a worksheet function; never asked for a reference alone.
@@ -27,7 +28,7 @@ using Progress = std::function<void(std::size_t done, std::size_t all)>;
 
 struct Failure {
     Block where;
-    std::string text;
+    std::string text; // what the cell shows, and the reason in parentheses where it does not say it
 };
 
 struct Recalculated {
