@@ -2,6 +2,7 @@
 
 #include "packages/peng_robinson/com/values.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -9,21 +10,64 @@ namespace peng_robinson {
 namespace {
 
 using eos::PhaseProperties;
-using Point = PhasePoint;
+using eos::PhaseState;
 using Values = std::vector<double>;
 
-double dv_dT(const PhaseProperties& p) { return -p.state.dP_dT / p.state.dP_dv; }
-double dv_dP(const PhaseProperties& p) { return 1.0 / p.state.dP_dv; }
+// Properties of a phase and their derivatives, in closed form. A suffix tells the variable: _T at constant
+// pressure, _P at constant temperature.
+using P = const PhaseProperties&;
 
-/// A property with one value.
+double v(P p) { return p.state.v; }
+double v_T(P p) { return -p.state.dP_dT / p.state.dP_dv; }
+double v_P(P p) { return 1.0 / p.state.dP_dv; }
+double density(P p) { return p.density(); }
+double density_T(P p) { return -v_T(p) / (v(p) * v(p)); }
+double density_P(P p) { return -v_P(p) / (v(p) * v(p)); }
+double Z(P p) { return p.state.Z; }
+double Z_T(P p) { return p.state.Z * (v_T(p) / v(p) - 1.0 / p.state.T); }
+double Z_P(P p) { return p.state.Z * (v_P(p) / v(p) + 1.0 / p.state.P); }
+double h(P p) { return p.enthalpy; }
+double hF(P p) { return p.enthalpy + p.formationEnthalpy; }
+double h_P(P p) { return v(p) - p.state.T * v_T(p); }
+double s(P p) { return p.entropy; }
+double sF(P p) { return p.entropy + p.formationEntropy; }
+double s_T(P p) { return p.Cp / p.state.T; }
+double s_P(P p) { return -v_T(p); }
+double g(P p) { return p.gibbsEnergy(); }
+double g_T(P p) { return -p.entropy; }
+double u(P p) { return p.internalEnergy(); }
+double u_T(P p) { return p.Cp - p.state.P * v_T(p); }
+double u_P(P p) { return -p.state.T * v_T(p) - p.state.P * v_P(p); }
+double a(P p) { return p.helmholtzEnergy(); }
+double a_T(P p) { return -p.entropy - p.state.P * v_T(p); }
+double a_P(P p) { return -p.state.P * v_P(p); }
+double Cp(P p) { return p.Cp; }
+double Cv(P p) { return p.Cv; }
+double M(P p) { return p.molecularWeight; }
+double kappa(P p) { return p.compressibility(); }
+double mu(P p) { return p.jouleThomsonCoefficient(); }
+double w(P p) { return p.speedOfSound(); }
+
+// The same for properties with a value for each compound; x is the mole fraction of compound i.
+using S = const PhaseState&;
+
+double lnPhi(S q, double, std::size_t i) { return q.lnPhi[i]; }
+double lnPhi_T(S q, double, std::size_t i) { return q.dlnPhi_dT[i]; }
+double lnPhi_P(S q, double, std::size_t i) { return q.dlnPhi_dP[i]; }
+double phi(S q, double, std::size_t i) { return std::exp(q.lnPhi[i]); }
+double phi_T(S q, double x, std::size_t i) { return phi(q, x, i) * q.dlnPhi_dT[i]; }
+double phi_P(S q, double x, std::size_t i) { return phi(q, x, i) * q.dlnPhi_dP[i]; }
+double f(S q, double x, std::size_t i) { return x * phi(q, x, i) * q.P; }
+double f_T(S q, double x, std::size_t i) { return f(q, x, i) * q.dlnPhi_dT[i]; }
+double f_P(S q, double x, std::size_t i) { return x * phi(q, x, i) * (1.0 + q.P * q.dlnPhi_dP[i]); }
+
 template <auto F>
-Values scalar(const Point& at) {
+Values one(const PhasePoint& at) {
     return {F(at.properties)};
 }
 
-/// A property with a value for each compound.
 template <auto F>
-Values perCompound(const Point& at) {
+Values each(const PhasePoint& at) {
     Values values(at.x.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
         values[i] = F(at.properties.state, at.x[i], i);
@@ -31,85 +75,34 @@ Values perCompound(const Point& at) {
     return values;
 }
 
-Values lnPhiByMoles(const Point& at) {
-    return at.fluid.model()
-        .at(at.properties.state.T)
-        .phase(at.properties.state.P, at.x, at.root, {.moles = true})
-        .dlnPhi_dn;
+Values lnPhi_n(const PhasePoint& at) {
+    const PhaseState& state = at.properties.state;
+    return at.fluid.model().at(state.T).phase(state.P, at.x, at.root, {.moles = true}).dlnPhi_dn;
 }
-
-double gibbs(const PhaseProperties& p) { return p.gibbsEnergy(); }
-double phi(const eos::PhaseState& s, std::size_t i) { return std::exp(s.lnPhi[i]); }
-
-constexpr auto enthalpySlope = scalar<[](const PhaseProperties& p) { return p.Cp; }>;
-constexpr auto enthalpyByPressure =
-    scalar<[](const PhaseProperties& p) { return p.state.v - p.state.T * dv_dT(p); }>;
-constexpr auto entropySlope = scalar<[](const PhaseProperties& p) { return p.Cp / p.state.T; }>;
-constexpr auto entropyByPressure = scalar<[](const PhaseProperties& p) { return -dv_dT(p); }>;
 
 // clang-format off
 constexpr std::array rows{
-    SinglePhaseRow{L"compressibility", {}, false,
-        scalar<[](const PhaseProperties& p) { return p.compressibility(); }>, nullptr, nullptr, nullptr},
-    SinglePhaseRow{L"compressibilityFactor", {}, false,
-        scalar<[](const PhaseProperties& p) { return p.state.Z; }>,
-        scalar<[](const PhaseProperties& p) { return p.state.Z * (dv_dT(p) / p.state.v - 1.0 / p.state.T); }>,
-        scalar<[](const PhaseProperties& p) { return p.state.Z * (dv_dP(p) / p.state.v + 1.0 / p.state.P); }>, nullptr},
-    SinglePhaseRow{L"density", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.density(); }>,
-        scalar<[](const PhaseProperties& p) { return -dv_dT(p) / (p.state.v * p.state.v); }>,
-        scalar<[](const PhaseProperties& p) { return -dv_dP(p) / (p.state.v * p.state.v); }>, nullptr},
-    SinglePhaseRow{L"enthalpy", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.enthalpy; }>, enthalpySlope, enthalpyByPressure, nullptr},
-    SinglePhaseRow{L"enthalpyF", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.enthalpy + p.formationEnthalpy; }>, enthalpySlope, enthalpyByPressure,
-        nullptr},
-    SinglePhaseRow{L"enthalpyNF", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.enthalpy; }>, enthalpySlope, enthalpyByPressure, nullptr},
-    SinglePhaseRow{L"entropy", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.entropy; }>, entropySlope, entropyByPressure, nullptr},
-    SinglePhaseRow{L"entropyF", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.entropy + p.formationEntropy; }>, entropySlope, entropyByPressure,
-        nullptr},
-    SinglePhaseRow{L"entropyNF", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.entropy; }>, entropySlope, entropyByPressure, nullptr},
-    SinglePhaseRow{L"fugacity", {}, false,
-        perCompound<[](const eos::PhaseState& s, double x, std::size_t i) { return x * phi(s, i) * s.P; }>,
-        perCompound<[](const eos::PhaseState& s, double x, std::size_t i) { return x * phi(s, i) * s.P * s.dlnPhi_dT[i]; }>,
-        perCompound<[](const eos::PhaseState& s, double x, std::size_t i) {
-            return x * phi(s, i) * (1.0 + s.P * s.dlnPhi_dP[i]); }>, nullptr},
-    SinglePhaseRow{L"fugacityCoefficient", {}, false,
-        perCompound<[](const eos::PhaseState& s, double, std::size_t i) { return phi(s, i); }>,
-        perCompound<[](const eos::PhaseState& s, double, std::size_t i) { return phi(s, i) * s.dlnPhi_dT[i]; }>,
-        perCompound<[](const eos::PhaseState& s, double, std::size_t i) { return phi(s, i) * s.dlnPhi_dP[i]; }>, nullptr},
-    SinglePhaseRow{L"gibbsEnergy", L"gibbsFreeEnergy", true,
-        scalar<gibbs>,
-        scalar<[](const PhaseProperties& p) { return -p.entropy; }>,
-        scalar<[](const PhaseProperties& p) { return p.state.v; }>, nullptr},
-    SinglePhaseRow{L"heatCapacityCp", L"heatCapacity", true,
-        scalar<[](const PhaseProperties& p) { return p.Cp; }>, nullptr, nullptr, nullptr},
-    SinglePhaseRow{L"heatCapacityCv", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.Cv; }>, nullptr, nullptr, nullptr},
-    SinglePhaseRow{L"helmholtzEnergy", L"helmholtzFreeEnergy", true,
-        scalar<[](const PhaseProperties& p) { return p.helmholtzEnergy(); }>,
-        scalar<[](const PhaseProperties& p) { return -p.entropy - p.state.P * dv_dT(p); }>,
-        scalar<[](const PhaseProperties& p) { return -p.state.P * dv_dP(p); }>, nullptr},
-    SinglePhaseRow{L"internalEnergy", L"energy", true,
-        scalar<[](const PhaseProperties& p) { return p.internalEnergy(); }>,
-        scalar<[](const PhaseProperties& p) { return p.Cp - p.state.P * dv_dT(p); }>,
-        scalar<[](const PhaseProperties& p) { return -p.state.T * dv_dT(p) - p.state.P * dv_dP(p); }>, nullptr},
-    SinglePhaseRow{L"jouleThomsonCoefficient", {}, false,
-        scalar<[](const PhaseProperties& p) { return p.jouleThomsonCoefficient(); }>, nullptr, nullptr, nullptr},
-    SinglePhaseRow{L"logFugacityCoefficient", {}, false,
-        perCompound<[](const eos::PhaseState& s, double, std::size_t i) { return s.lnPhi[i]; }>,
-        perCompound<[](const eos::PhaseState& s, double, std::size_t i) { return s.dlnPhi_dT[i]; }>,
-        perCompound<[](const eos::PhaseState& s, double, std::size_t i) { return s.dlnPhi_dP[i]; }>, lnPhiByMoles},
-    SinglePhaseRow{L"molecularWeight", {}, false,
-        scalar<[](const PhaseProperties& p) { return p.molecularWeight; }>, nullptr, nullptr, nullptr},
-    SinglePhaseRow{L"speedOfSound", {}, false,
-        scalar<[](const PhaseProperties& p) { return p.speedOfSound(); }>, nullptr, nullptr, nullptr},
-    SinglePhaseRow{L"volume", {}, true,
-        scalar<[](const PhaseProperties& p) { return p.state.v; }>, scalar<dv_dT>, scalar<dv_dP>, nullptr},
+    SinglePhaseRow{L"compressibility",         {},                     false, one<kappa>,   nullptr,        nullptr,        nullptr},
+    SinglePhaseRow{L"compressibilityFactor",   {},                     false, one<Z>,       one<Z_T>,       one<Z_P>,       nullptr},
+    SinglePhaseRow{L"density",                 {},                     true,  one<density>, one<density_T>, one<density_P>, nullptr},
+    SinglePhaseRow{L"enthalpy",                {},                     true,  one<h>,       one<Cp>,        one<h_P>,       nullptr},
+    SinglePhaseRow{L"enthalpyF",               {},                     true,  one<hF>,      one<Cp>,        one<h_P>,       nullptr},
+    SinglePhaseRow{L"enthalpyNF",              {},                     true,  one<h>,       one<Cp>,        one<h_P>,       nullptr},
+    SinglePhaseRow{L"entropy",                 {},                     true,  one<s>,       one<s_T>,       one<s_P>,       nullptr},
+    SinglePhaseRow{L"entropyF",                {},                     true,  one<sF>,      one<s_T>,       one<s_P>,       nullptr},
+    SinglePhaseRow{L"entropyNF",               {},                     true,  one<s>,       one<s_T>,       one<s_P>,       nullptr},
+    SinglePhaseRow{L"fugacity",                {},                     false, each<f>,      each<f_T>,      each<f_P>,      nullptr},
+    SinglePhaseRow{L"fugacityCoefficient",     {},                     false, each<phi>,    each<phi_T>,    each<phi_P>,    nullptr},
+    SinglePhaseRow{L"gibbsEnergy",             L"gibbsFreeEnergy",     true,  one<g>,       one<g_T>,       one<v>,         nullptr},
+    SinglePhaseRow{L"heatCapacityCp",          L"heatCapacity",        true,  one<Cp>,      nullptr,        nullptr,        nullptr},
+    SinglePhaseRow{L"heatCapacityCv",          {},                     true,  one<Cv>,      nullptr,        nullptr,        nullptr},
+    SinglePhaseRow{L"helmholtzEnergy",         L"helmholtzFreeEnergy", true,  one<a>,       one<a_T>,       one<a_P>,       nullptr},
+    SinglePhaseRow{L"internalEnergy",          L"energy",              true,  one<u>,       one<u_T>,       one<u_P>,       nullptr},
+    SinglePhaseRow{L"jouleThomsonCoefficient", {},                     false, one<mu>,      nullptr,        nullptr,        nullptr},
+    SinglePhaseRow{L"logFugacityCoefficient",  {},                     false, each<lnPhi>,  each<lnPhi_T>,  each<lnPhi_P>,  lnPhi_n},
+    SinglePhaseRow{L"molecularWeight",         {},                     false, one<M>,       nullptr,        nullptr,        nullptr},
+    SinglePhaseRow{L"speedOfSound",            {},                     false, one<w>,       nullptr,        nullptr,        nullptr},
+    SinglePhaseRow{L"volume",                  {},                     true,  one<v>,       one<v_T>,       one<v_P>,       nullptr},
 };
 // clang-format on
 
