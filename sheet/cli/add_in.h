@@ -33,7 +33,7 @@ class AddIn {
 
     bool hasFunction(const std::string& name);
     /// The formula's own cell or range is the caller. hasFunction() must be true.
-    formula::Result call(const formula::EnteredFormula& formula, const formula::Grid& grid);
+    formula::Result call(const formula::EnteredFormula& entered, const formula::Grid& grid);
 
   private:
     com::com_ptr<excel::Application> application_ = com::make<excel::Application>();

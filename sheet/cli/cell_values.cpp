@@ -13,7 +13,7 @@ using formula::Matrix;
 using formula::Value;
 
 // Excel's error values as Automation codes: this plus the error's number.
-constexpr unsigned errorBase = 0x800A0000U;
+constexpr auto errorBase = static_cast<SCODE>(0x800A0000U);
 
 Value number(double value) { return std::isfinite(value) ? Value{value} : Value{CellError::num}; }
 
@@ -29,7 +29,7 @@ Value fromScalar(const VARIANT& value) {
     case VT_BOOL:
         return value.boolVal != VARIANT_FALSE;
     case VT_ERROR: {
-        const auto offset = static_cast<int>(static_cast<unsigned>(value.scode) - errorBase);
+        const auto offset = static_cast<int>(static_cast<long long>(value.scode) - errorBase);
         return formula::errorNumbered(offset).value_or(CellError::value);
     }
     case VT_DISPATCH:
@@ -76,7 +76,8 @@ Matrix fromArray(SAFEARRAY* array) {
             FAILED(SafeArrayGetUBound(array, dimension, &upper))) {
             return Matrix::of(CellError::value);
         }
-        extent[dimension - 1] = static_cast<std::size_t>(upper - lower[dimension - 1] + 1);
+        extent[dimension - 1] =
+            static_cast<std::size_t>(static_cast<long long>(upper) - lower[dimension - 1] + 1);
     }
     const bool isRow = dimensions == 1;
     Matrix result{isRow ? 1 : extent[0], isRow ? extent[0] : extent[1], {}};
@@ -101,7 +102,7 @@ com::variant toVariant(const Value& value) {
         com::variant operator()(CellError error) const {
             com::variant result;
             result.vt = VT_ERROR;
-            result.scode = static_cast<SCODE>(errorBase + static_cast<unsigned>(error));
+            result.scode = errorBase + static_cast<SCODE>(error);
             return result;
         }
     };

@@ -27,7 +27,9 @@ class Application final : public LateBound<Application, ExcelApplication> {
     void setActiveWorkbook(com::com_ptr<Workbook> workbook) noexcept { workbook_ = std::move(workbook); }
 
     /// The range in which the formula being calculated stands.
-    void setCaller(com::com_ptr<Range> range) noexcept { caller_ = objectOrNothing(range->dispatch()); }
+    void setCaller(const com::com_ptr<Range>& range) noexcept {
+        caller_ = objectOrNothing(range->dispatch());
+    }
     /// Whatever else calls: a text for a button, an error value.
     void setCaller(com::variant caller) noexcept { caller_ = std::move(caller); }
     /// Nobody, which Excel answers by the error value #REF!.

@@ -11,8 +11,6 @@ namespace {
 
 constexpr long xlRangeValueDefault = 10;
 
-com::variant number(std::size_t count) { return com::variant{static_cast<long>(count)}; }
-
 } // namespace
 
 Range::Range(std::size_t rows, std::size_t columns, std::vector<com::variant> cells)
@@ -80,7 +78,5 @@ com::variant Range::value(Arguments arguments) {
 com::variant Range::rows(Arguments) { return objectOrNothing(rowLines().dispatch()); }
 
 com::variant Range::columns(Arguments) { return objectOrNothing(columnLines().dispatch()); }
-
-com::variant Range::count(Arguments) { return number(count_); }
 
 } // namespace sheet::excel

@@ -24,10 +24,10 @@ constexpr std::wstring_view source = L"Microsoft Excel";
 } // namespace
 
 com::variant converted(const com::variant& value, VARTYPE type) {
-    com::variant source = com::variant::copyOf(value);
+    com::variant original = com::variant::copyOf(value);
     com::variant result;
-    return SUCCEEDED(VariantChangeType(&result, &source, VARIANT_NOVALUEPROP, type)) ? std::move(result)
-                                                                                     : com::variant{};
+    return SUCCEEDED(VariantChangeType(&result, &original, VARIANT_NOVALUEPROP, type)) ? std::move(result)
+                                                                                       : com::variant{};
 }
 
 bool equalsNoCase(const wchar_t* a, const wchar_t* b) noexcept { return lstrcmpiW(a, b) == 0; }

@@ -29,8 +29,8 @@ class FailureFace : public IErrorInfo {
     using interface_type = IErrorInfo;
 
     HRESULT STDMETHODCALLTYPE GetGUID(GUID* guid) noexcept override;
-    HRESULT STDMETHODCALLTYPE GetSource(BSTR* source) noexcept override;
-    HRESULT STDMETHODCALLTYPE GetDescription(BSTR* description) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetSource(BSTR* out) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetDescription(BSTR* out) noexcept override;
     HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR* file) noexcept override;
     HRESULT STDMETHODCALLTYPE GetHelpContext(DWORD* context) noexcept override;
 

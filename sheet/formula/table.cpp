@@ -40,7 +40,7 @@ std::size_t pointOf(const std::string& number) { return std::min(number.find_fir
 
 class Table {
   public:
-    explicit Table(const Matrix& cells) : cells_{cells}, widths_(cells.columns), texts_{} {
+    explicit Table(const Matrix& cells) : cells_{cells}, widths_(cells.columns) {
         for (std::size_t row = 0; row < cells.rows; ++row) {
             for (std::size_t column = 0; column < cells.columns; ++column) {
                 texts_.push_back(onOneLine(displayText(cells.at(row, column))));
