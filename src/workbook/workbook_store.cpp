@@ -15,7 +15,7 @@ constexpr std::uint64_t fnv1aPrime = 0x100000001b3U;
 template <typename Unit>
 std::uint64_t hashBytes(std::uint64_t hash, Unit unit) noexcept {
     for (std::size_t i = 0; i < sizeof(Unit); ++i) {
-        hash = (hash ^ ((unit >> (8 * i)) & 0xFFU)) * fnv1aPrime;
+        hash = (hash ^ ((std::uint64_t{unit} >> (8 * i)) & 0xFFU)) * fnv1aPrime;
     }
     return hash;
 }
