@@ -24,7 +24,7 @@ struct ExpectedMember {
 };
 
 constexpr ExpectedMember worksheetFunctions[] = {
-    {L"CapeOpenPackageNames", L"[orientation VARIANT], -> packageNames VARIANT*",
+    {L"CapeOpenPackageNames", L"[orientation VARIANT], -> PackageNames VARIANT*",
      L"Get a list of all packages in the current workbook. Orientation can be 'auto'=0 (default), "
      L"'horizontal'=1, "
      L"'vertical'=2."},
