@@ -5,7 +5,7 @@
 // refused with a precise message.
 //
 // A package may keep its reference longer than the owner lives: a material that has lost its owner refuses
-// every call.
+// every call that would need it.
 #pragma once
 
 #include "src/catalogue/property_catalogue.h"
