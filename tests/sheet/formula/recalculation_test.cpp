@@ -10,7 +10,8 @@ namespace {
 
 class Sheet {
   public:
-    explicit Sheet(CsvTable table, std::vector<Block> arrays = {}) : sheet_{readWorksheet(table, arrays)} {}
+    explicit Sheet(const CsvTable& table, const std::vector<Block>& arrays = {})
+        : sheet_{readWorksheet(table, arrays)} {}
 
     Recalculated recalculated() {
         return recalculate(sheet_, [this](const EnteredFormula& entered, const Grid& grid) {
@@ -70,7 +71,7 @@ class Sheet {
         Matrix block{static_cast<std::size_t>(numbers.at(0)), static_cast<std::size_t>(numbers.at(1)), {}};
         const double more = std::accumulate(numbers.begin() + 2, numbers.end(), 0.0);
         for (std::size_t i = 0; i < block.rows * block.columns; ++i) {
-            block.values.push_back(static_cast<double>(i + 1) + more);
+            block.values.emplace_back(static_cast<double>(i + 1) + more);
         }
         return {block};
     }
