@@ -76,7 +76,7 @@ Equilibrium pureSaturation(const ActiveMixture& mixture, Variable given, double 
                            SolutionType wanted) {
     if (wanted == SolutionType::retrograde) {
         throw NotAvailable{
-            "A pure compound has no retrograde vapour-liquid equilibrium; ask for the normal solution"};
+            "A pure compound has no retrograde vapor-liquid equilibrium; ask for the normal solution"};
     }
     const Saturation at = given == Variable::temperature ? saturationAtTemperature(mixture.model(), value)
                                                          : saturationAtPressure(mixture.model(), value);
@@ -93,7 +93,7 @@ Equilibrium flashFraction(const PengRobinson& full, Variable given, double value
                          value, 0.0, std::numeric_limits<double>::infinity()};
     }
     if (!(beta >= 0.0 && beta <= 1.0)) {
-        throw OutOfRange{"A vapour fraction must lie between 0 and 1", beta, 0.0, 1.0};
+        throw OutOfRange{"A vapor fraction must lie between 0 and 1", beta, 0.0, 1.0};
     }
     const ActiveMixture mixture{full, amounts};
     if (mixture.isPure()) {
@@ -102,7 +102,7 @@ Equilibrium flashFraction(const PengRobinson& full, Variable given, double value
     const std::optional<QualityLine::Point> point = findPoint(mixture, given, value, beta, wanted);
     if (!point) {
         throw NoConvergence{std::string{"No "} + (wanted == SolutionType::retrograde ? "retrograde " : "") +
-                            "state with a vapour fraction of " + numberText(beta) + " was found at " +
+                            "state with a vapor fraction of " + numberText(beta) + " was found at " +
                             numberText(value) + (byTemperature ? " K" : " Pa") +
                             "; the mixture may be above its critical point"};
     }

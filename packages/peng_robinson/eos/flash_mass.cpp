@@ -11,7 +11,7 @@ namespace {
 Equilibrium flashMassFraction(const Fluid& fluid, double massFraction, std::span<const double> amounts,
                               const std::function<Equilibrium(double)>& flashMoleFraction) {
     if (!(massFraction >= 0.0 && massFraction <= 1.0)) {
-        throw OutOfRange{"A vapour fraction must lie between 0 and 1", massFraction, 0.0, 1.0};
+        throw OutOfRange{"A vapor fraction must lie between 0 and 1", massFraction, 0.0, 1.0};
     }
     if (massFraction == 0.0 || massFraction == 1.0) {
         return flashMoleFraction(massFraction);

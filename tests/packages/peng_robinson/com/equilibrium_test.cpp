@@ -224,7 +224,7 @@ TEST_F(Equilibria, ImpossibleValuesAreOutOfBounds) {
                   L"The temperature must be a positive number of kelvin", routine, L"CalcEquilibrium");
     material->setPhase(L"Vapor", L"phaseFraction", {1.5}, L"Mole");
     expectFailure(calculate(atP, atVaporFraction), ECapeOutOfBoundsHR,
-                  L"A vapour fraction must lie between 0 and 1", routine, L"CalcEquilibrium");
+                  L"A vapor fraction must lie between 0 and 1", routine, L"CalcEquilibrium");
 }
 
 TEST_F(Equilibria, StateThatDoesNotExistIsASolvingError) {
@@ -232,7 +232,7 @@ TEST_F(Equilibria, StateThatDoesNotExistIsASolvingError) {
     material->setPhase(L"Vapor", L"phaseFraction", {0.5}, L"Mole");
     expectFailure(
         calculate(atT, atVaporFraction), ECapeSolvingErrorHR,
-        L"No state with a vapour fraction of 0.5 was found at 900 K; the mixture may be above its critical "
+        L"No state with a vapor fraction of 0.5 was found at 900 K; the mixture may be above its critical "
         L"point",
         routine, L"CalcEquilibrium");
     EXPECT_EQ(lastFailure(object.get()).name, L"ECapeSolvingError");

@@ -210,7 +210,7 @@ TEST(Retrograde, PureCompoundHasNone) {
     } catch (const NotAvailable& error) {
         EXPECT_STREQ(
             error.what(),
-            "A pure compound has no retrograde vapour-liquid equilibrium; ask for the normal solution");
+            "A pure compound has no retrograde vapor-liquid equilibrium; ask for the normal solution");
     }
 }
 

@@ -44,9 +44,9 @@ TEST_F(InvalidInputs, PressureMustBePositive) {
 
 TEST_F(InvalidInputs, VaporFractionMustLieBetweenZeroAndOne) {
     expectFailure<OutOfRange>([&] { flashTVaporFraction(model, 250.0, 1.1, z); },
-                              "A vapour fraction must lie between 0 and 1");
+                              "A vapor fraction must lie between 0 and 1");
     expectFailure<OutOfRange>([&] { flashTVaporFraction(model, 250.0, -0.1, z); },
-                              "A vapour fraction must lie between 0 and 1");
+                              "A vapor fraction must lie between 0 and 1");
 }
 
 TEST_F(InvalidInputs, CompositionMustFitTheMixture) {
@@ -80,7 +80,7 @@ TEST_F(InvalidInputs, CriticalConstantsMustBeKnown) {
 TEST_F(InvalidInputs, BubblePointAboveTheCriticalPoint) {
     expectFailure<NoConvergence>(
         [&] { flashTVaporFraction(model, 500.0, 0.0, z); },
-        "No state with a vapour fraction of 0 was found at 500 K; the mixture may be above its "
+        "No state with a vapor fraction of 0 was found at 500 K; the mixture may be above its "
         "critical point");
 }
 
