@@ -147,7 +147,9 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetCompoundList(VARIANT* compIds, VAR
         };
         replaceValue(compIds, texts(&eos::Compound::name));
         replaceValue(formulae, texts(&eos::Compound::formula));
-        replaceValue(names, texts(&eos::Compound::iupacName));
+        // The names by which clients let their users select compounds: the same as the identifiers that they
+        // show.
+        replaceValue(names, texts(&eos::Compound::name));
         replaceValue(boilTemps, numbers(&eos::Compound::normalBoilingPoint));
         replaceValue(molwts, numbers(&eos::Compound::molecularWeight));
         replaceValue(casnos, texts(&eos::Compound::cas));
