@@ -65,8 +65,8 @@ com::com_ptr<Interface> require(IUnknown* package, const wchar_t* message) {
 PropertyPackage::PropertyPackage(std::wstring managerName, const GUID& managerGUID,
                                  CAPEOPENPackageManagerType managerType, std::wstring packageName,
                                  IStream* savedState)
-    : managerGUID_{managerGUID}, managerType_{managerType}, packageName_{std::move(packageName)},
-      managerName_{std::move(managerName)} {
+    : managerGUID_{managerGUID}, managerType_{static_cast<std::int32_t>(managerType)},
+      packageName_{std::move(packageName)}, managerName_{std::move(managerName)} {
     propertyNameArray2_.createVector(2, VT_BSTR);
     propertyNameArray1_.createVector(1, VT_BSTR);
     bind(create().get(), savedState);

@@ -40,7 +40,9 @@ class PropertyPackage final : public MaterialOwner {
     const std::wstring& managerName() const noexcept { return managerName_; }
     const std::wstring& packageName() const noexcept { return packageName_; }
     const GUID& managerGUID() const noexcept { return managerGUID_; }
-    CAPEOPENPackageManagerType managerType() const noexcept { return managerType_; }
+    CAPEOPENPackageManagerType managerType() const noexcept {
+        return static_cast<CAPEOPENPackageManagerType>(managerType_);
+    }
 
     /// The component itself, for interfaces beyond the thermodynamic ones. Borrowed.
     IUnknown* component() const noexcept { return compounds_.get(); }
@@ -134,7 +136,7 @@ class PropertyPackage final : public MaterialOwner {
     com::com_ptr<ICapeThermoPropertyRoutine> propertyRoutine_;
     com::com_ptr<ICapeThermoEquilibriumRoutine> equilibriumRoutine_;
     GUID managerGUID_;
-    CAPEOPENPackageManagerType managerType_;
+    std::int32_t managerType_; ///< a CAPEOPENPackageManagerType, or whatever else a client may have passed
     std::wstring packageName_;
     std::wstring managerName_;
 
