@@ -30,11 +30,13 @@ logged() {
     }
 }
 
-# build PRESET: configures and compiles it.
+# build PRESET [TARGET...]: configures it and compiles the targets, or all of them.
 build() {
-    say "building $1"
-    logged "$1.configure" cmake -S "$root" --preset "$1"
-    logged "$1.build" cmake --build "$root/build/$1"
+    local preset=$1
+    shift
+    say "building $preset"
+    logged "$preset.configure" cmake -S "$root" --preset "$preset"
+    logged "$preset.build" cmake --build "$root/build/$preset" ${1+--target "$@"}
 }
 
 # --- Windows programs ------------------------------------------------------------------------------------------
