@@ -64,6 +64,7 @@ TEST_F(MaterialIdentity, IsOneObjectBehindAllInterfaces) {
 
 TEST_F(MaterialIdentity, ItsIDispatchIsTheIdentification) {
     const auto dispatch = com::queryFor<IDispatch>(static_cast<ICapeThermoMaterial*>(material.get()));
+    ASSERT_TRUE(dispatch);
     const auto identification = dispatch.tryAs<ICapeIdentification>();
     EXPECT_EQ(dispatch.get(), static_cast<IDispatch*>(identification.get()));
 }
