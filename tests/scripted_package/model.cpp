@@ -9,16 +9,12 @@ namespace {
 
 constexpr std::wstring_view suffixes[] = {L".Dtemperature", L".Dpressure", L".DmolFraction", L".Dmoles"};
 
-bool same(std::wstring_view a, std::wstring_view b) {
-    return a.size() == b.size() && _wcsnicmp(a.data(), b.data(), a.size()) == 0;
-}
-
 // The derivative that a name asks for (0: none), and the name without its suffix.
 int derivativeOf(std::wstring_view& name) {
     int derivative = 0;
     for (const std::wstring_view suffix : suffixes) {
         ++derivative;
-        if (name.size() > suffix.size() && same(name.substr(name.size() - suffix.size()), suffix)) {
+        if (name.size() > suffix.size() && sameName(name.substr(name.size() - suffix.size()), suffix)) {
             name.remove_suffix(suffix.size());
             return derivative;
         }
@@ -41,9 +37,13 @@ double place(std::size_t element, int rank, std::size_t compounds) {
 
 } // namespace
 
+bool sameName(std::wstring_view a, std::wstring_view b) {
+    return a.size() == b.size() && _wcsnicmp(a.data(), b.data(), a.size()) == 0;
+}
+
 int phaseNumber(const Model& model, std::wstring_view label) {
     const auto found =
-        std::ranges::find_if(model.phases, [&](const Phase& phase) { return same(phase.label, label); });
+        std::ranges::find_if(model.phases, [&](const Phase& phase) { return sameName(phase.label, label); });
     return found == model.phases.end() ? 0 : static_cast<int>(found - model.phases.begin()) + 1;
 }
 
@@ -51,13 +51,13 @@ std::optional<Values> calculate(const Model& model, const std::vector<Property>&
                                 std::wstring_view property, int first, int second,
                                 const Conditions& conditions) {
     for (const auto& [name, values] : model.calculated) {
-        if (same(name, property)) {
+        if (sameName(name, property)) {
             return values;
         }
     }
     const int derivative = derivativeOf(property);
     const auto found =
-        std::ranges::find_if(offered, [&](const Property& entry) { return same(entry.name, property); });
+        std::ranges::find_if(offered, [&](const Property& entry) { return sameName(entry.name, property); });
     if (found == offered.end()) {
         return std::nullopt;
     }

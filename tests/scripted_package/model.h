@@ -91,6 +91,9 @@ struct Conditions {
     double pressure;    ///< Pa
 };
 
+/// Equal in any letter case, as the names of the standard are compared.
+bool sameName(std::wstring_view a, std::wstring_view b);
+
 /// Position from 1 of the phase with this label in any letter case; 0 when there is none.
 int phaseNumber(const Model& model, std::wstring_view label);
 

@@ -7,10 +7,6 @@ namespace scripted {
 
 namespace {
 
-bool same(std::wstring_view a, std::wstring_view b) {
-    return a.size() == b.size() && _wcsnicmp(a.data(), b.data(), a.size()) == 0;
-}
-
 // The standard's own spelling of a basis; none is a null text.
 com::unique_bstr basisText(const std::wstring& basis) {
     return basis.empty() ? com::unique_bstr{} : com::makeBstr(basis);
@@ -171,14 +167,14 @@ double PackageObject::specification(const VARIANT& given, Conditions& conditions
     }
     const com::unique_bstr property = com::makeBstr(parts[0]);
     com::variant value;
-    if (same(parts[0], L"phaseFraction")) {
+    if (sameName(parts[0], L"phaseFraction")) {
         const com::unique_bstr basis = com::makeBstr(parts[1]);
         const com::unique_bstr label = com::makeBstr(parts[2]);
         requireAccepted(material_->GetSinglePhaseProp(property.get(), label.get(), basis.get(), &value));
         return realsOf(value).at(0);
     }
-    const bool isTemperature = same(parts[0], L"temperature");
-    if (isTemperature || same(parts[0], L"pressure")) {
+    const bool isTemperature = sameName(parts[0], L"temperature");
+    if (isTemperature || sameName(parts[0], L"pressure")) {
         requireAccepted(material_->GetOverallProp(property.get(), nullptr, &value));
         (isTemperature ? conditions.temperature : conditions.pressure) = realsOf(value).at(0);
     } else {

@@ -11,10 +11,6 @@ namespace {
 // The molar gas constant, J/(mol K). Source: CODATA 2018, exact by definition of the SI.
 constexpr double molarGasConstant = 8.31446261815324;
 
-bool same(std::wstring_view a, std::wstring_view b) {
-    return a.size() == b.size() && _wcsnicmp(a.data(), b.data(), a.size()) == 0;
-}
-
 std::vector<std::wstring> namesOf(const std::vector<Property>& properties) {
     std::vector<std::wstring> names;
     for (const Property& property : properties) {
@@ -74,7 +70,7 @@ void PackageObject::giveCompoundValues(VARIANT* out, Out::Kind kind, const VARIA
     const std::vector<std::size_t> compounds = compoundsNamed(ids);
     for (const std::wstring& name : textsOf(properties)) {
         const auto found =
-            std::ranges::find_if(offered, [&](const std::wstring& known) { return same(known, name); });
+            std::ranges::find_if(offered, [&](const std::wstring& known) { return sameName(known, name); });
         if (found == offered.end()) {
             throw Refusal{static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR),
                           L"There is no property " + name};
@@ -109,7 +105,7 @@ HRESULT STDMETHODCALLTYPE PackageObject::GetCompoundConstant(VARIANT properties,
     return respond("GetCompoundConstant", {properties, ids}, {{values, Out::Kind::Fresh}}, [&] {
         giveCompoundValues(values, Out::Kind::Fresh, properties, ids, model().constants,
                            [&](std::size_t property, std::size_t compound) {
-                               return same(model().constants[property], L"casRegistryNumber")
+                               return sameName(model().constants[property], L"casRegistryNumber")
                                           ? com::variant{std::wstring_view{model().compounds[compound].cas}}
                                           : com::variant{coded(property, compound)};
                            });
@@ -185,7 +181,7 @@ HRESULT STDMETHODCALLTYPE PackageObject::GetNumPhases(LONG* count) noexcept {
 HRESULT STDMETHODCALLTYPE PackageObject::GetPhaseInfo(BSTR label, BSTR attribute, VARIANT* value) noexcept {
     return respond("GetPhaseInfo", {argument(label), argument(attribute)}, {{value, Out::Kind::Fresh}}, [&] {
         const int number = requirePhase(com::viewOf(label));
-        if (!same(com::viewOf(attribute), L"StateOfAggregation")) {
+        if (!sameName(com::viewOf(attribute), L"StateOfAggregation")) {
             throw Refusal{static_cast<HRESULT>(ECapeNoImplHR), L"Only StateOfAggregation is known"};
         }
         const Phase& phase = model().phases[static_cast<std::size_t>(number - 1)];
@@ -216,7 +212,7 @@ HRESULT STDMETHODCALLTYPE PackageObject::GetTwoPhasePropList(VARIANT* names) noe
 
 HRESULT STDMETHODCALLTYPE PackageObject::GetUniversalConstant(BSTR name, VARIANT* value) noexcept {
     return respond("GetUniversalConstant", {argument(name)}, {{value, Out::Kind::Fresh}}, [&] {
-        if (!same(com::viewOf(name), L"molarGasConstant")) {
+        if (!sameName(com::viewOf(name), L"molarGasConstant")) {
             throw Refusal{static_cast<HRESULT>(ECapeInvalidArgumentHR), L"Only molarGasConstant is known"};
         }
         *value = com::variant{molarGasConstant}.release();
