@@ -62,28 +62,29 @@ AddIn::AddIn(const std::string& workbookName) : workbook_{com::make<excel::Workb
         throw AddInError{"the add-in Quorvane.Excel cannot be created: " + systemText(code) +
                          "; register it by regsvr32 Quorvane.dll"};
     }
-    extension_ = functions_.tryAs<_IDTExtensibility2>();
-    if (!extension_) {
+    com::com_ptr<_IDTExtensibility2> extension = functions_.tryAs<_IDTExtensibility2>();
+    if (!extension) {
         throw AddInError{"the add-in Quorvane.Excel is not one that Excel could connect; register it again"};
     }
     forgetErrors();
     // An add-in for functions gets itself as the add-in's instance.
-    code = extension_->OnConnection(application_->dispatch(), ext_cm_Startup, functions_.get(), nullptr);
+    code = extension->OnConnection(application_->dispatch(), ext_cm_Startup, functions_.get(), nullptr);
     if (FAILED(code)) {
         throw AddInError{"the add-in Quorvane.Excel does not connect: " + reasonFor(code)};
     }
-    extension_->OnStartupComplete(nullptr);
+    connection_.extension = std::move(extension);
+    connection_.extension->OnStartupComplete(nullptr);
     if (frontEnd_->services() == nullptr) {
         throw AddInError{"the add-in Quorvane.Excel does not hand over its services; register it again"};
     }
 }
 
-AddIn::~AddIn() {
-    if (extension_) {
-        extension_->OnBeginShutdown(nullptr);
-        extension_->OnDisconnection(ext_dm_HostShutdown, nullptr);
+AddIn::Connection::~Connection() {
+    if (extension) {
+        extension->OnBeginShutdown(nullptr);
+        extension->OnDisconnection(ext_dm_HostShutdown, nullptr);
     }
-    frontEnd_->letGo();
+    frontEnd_.letGo();
 }
 
 void AddIn::attach(const PackageOption& package, const Component& component) {

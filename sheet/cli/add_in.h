@@ -27,7 +27,7 @@ class AddIn {
     AddIn(const AddIn&) = delete;
     AddIn& operator=(const AddIn&) = delete;
     /// Shuts it down.
-    ~AddIn();
+    ~AddIn() = default;
 
     void attach(const PackageOption& package, const Component& component);
 
@@ -36,12 +36,27 @@ class AddIn {
     formula::Result call(const formula::EnteredFormula& entered, const formula::Grid& grid);
 
   private:
+    // A member of its own, because an add-in that has been connected must be disconnected also when the
+    // constructor fails afterwards.
+    class Connection {
+      public:
+        explicit Connection(excel::FrontEnd& frontEnd) : frontEnd_{frontEnd} {}
+        Connection(const Connection&) = delete;
+        Connection& operator=(const Connection&) = delete;
+        ~Connection();
+
+        com::com_ptr<_IDTExtensibility2> extension; // null while it is not connected
+
+      private:
+        excel::FrontEnd& frontEnd_;
+    };
+
     com::com_ptr<excel::Application> application_ = com::make<excel::Application>();
     com::com_ptr<excel::Workbook> workbook_;
     com::com_ptr<excel::FrontEnd> frontEnd_ = com::make<excel::FrontEnd>();
     com::com_ptr<IDispatch> functions_;
-    com::com_ptr<_IDTExtensibility2> extension_;
     std::map<std::string, DISPID> identifiers_;
+    Connection connection_{*frontEnd_};
 };
 
 } // namespace sheet::cli

@@ -44,8 +44,12 @@ int list() {
     return success;
 }
 
-int reject(const std::string& message) {
-    print(Stream::error, "quorvane-sheet: " + message + '\n');
+int reject(std::string_view message) noexcept {
+    try {
+        print(Stream::error, "quorvane-sheet: " + std::string{message} + '\n');
+    } catch (const std::bad_alloc&) {
+        // The exit code tells as much as there is memory for.
+    }
     return unusable;
 }
 

@@ -16,6 +16,6 @@ int recalc(const Recalc& command);
 int list();
 
 /// Tells on standard error that nothing could be done.
-int reject(const std::string& message);
+int reject(std::string_view message) noexcept;
 
 } // namespace sheet::cli

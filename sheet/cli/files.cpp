@@ -78,14 +78,18 @@ std::string readFile(const std::string& name) {
 
 void writeFile(const std::string& name, std::string_view bytes) {
     const std::wstring final = toWide(name);
-    const std::wstring temporary = final + L".tmp";
-    unique_handle file = open(temporary, GENERIC_WRITE, CREATE_ALWAYS);
-    if (!file || !write(file.get(), bytes)) {
+    const std::wstring temporary = final + L'.' + std::to_wstring(GetCurrentProcessId()) + L'-' +
+                                   std::to_wstring(GetTickCount64()) + L".tmp";
+    unique_handle file = open(temporary, GENERIC_WRITE, CREATE_NEW);
+    if (!file) {
         failToWrite(name);
     }
+    DWORD code = write(file.get(), bytes) ? ERROR_SUCCESS : GetLastError();
     file.reset();
-    if (!MoveFileExW(temporary.c_str(), final.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        const DWORD code = GetLastError();
+    if (code == ERROR_SUCCESS && !MoveFileExW(temporary.c_str(), final.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        code = GetLastError();
+    }
+    if (code != ERROR_SUCCESS) {
         DeleteFileW(temporary.c_str());
         SetLastError(code);
         failToWrite(name);
@@ -108,8 +112,8 @@ void print(Stream stream, std::string_view text) {
     }
     const HANDLE handle = GetStdHandle(static_cast<DWORD>(stream));
     if (!isTerminal(stream)) {
-        if (!write(handle, lines)) {
-            failToWrite(stream == Stream::output ? "standard output" : "standard error");
+        if (!write(handle, lines) && stream == Stream::output) {
+            failToWrite("standard output");
         }
         return;
     }

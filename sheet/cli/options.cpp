@@ -33,6 +33,9 @@ exit codes
 
 namespace {
 
+// All of them are filled with values: as many as a whole column has.
+constexpr std::size_t maximumArrayCells = formula::maximumRows;
+
 [[noreturn]] void fail(const std::string& message) {
     throw UsageError{message + "; see quorvane-sheet --help"};
 }
@@ -146,6 +149,9 @@ class Reader {
         const std::optional<formula::Block> block = formula::readBlock(text);
         if (!block) {
             fail("--array wants a range such as B2:B9, not \"" + text + "\"");
+        }
+        if (block->cellCount() > maximumArrayCells) {
+            fail("--array takes at most 1,048,576 cells, and " + text + " has more");
         }
         result.arrays.push_back(*block);
     }

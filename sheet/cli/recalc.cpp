@@ -7,6 +7,8 @@
 #include "sheet/formula/table.h"
 #include "sheet/formula/utf8.h"
 
+#include <algorithm>
+
 namespace sheet::cli {
 
 namespace {
@@ -42,6 +44,32 @@ void checkFunctions(const formula::Worksheet& sheet, AddIn& addIn) {
     }
 }
 
+// The result is printed and written as one table from A1 on, so that a few cells far apart would fill the
+// memory with the empty ones between them.
+void refuseHugeTable(std::size_t rows, std::size_t columns) {
+    constexpr std::size_t maximumCells = 16 * formula::maximumRows;
+    if (rows * columns > maximumCells) {
+        throw InputError{std::nullopt,
+                         "the worksheet reaches to " + nameOf(formula::Address{rows - 1, columns - 1}) +
+                             ", and a table of more than 16,777,216 cells cannot be shown; move "
+                             "the cells closer together"};
+    }
+}
+
+void refuseHugeTable(const formula::Worksheet& sheet) {
+    std::size_t rows = 0;
+    std::size_t columns = 0;
+    for (const formula::EnteredConstant& constant : sheet.constants) {
+        rows = std::max(rows, constant.cell.row + 1);
+        columns = std::max(columns, constant.cell.column + 1);
+    }
+    for (const formula::EnteredFormula& entered : sheet.formulas) {
+        rows = std::max(rows, entered.block.endRow());
+        columns = std::max(columns, entered.block.endColumn());
+    }
+    refuseHugeTable(rows, columns);
+}
+
 // Excel takes a file for UTF-8 only when it begins with the mark; plain ASCII needs none.
 std::string csvOf(const formula::Grid& grid) {
     formula::CsvTable table(grid.rows());
@@ -54,7 +82,8 @@ std::string csvOf(const formula::Grid& grid) {
     return formula::characterCount(text) == text.size() ? text : "\xEF\xBB\xBF" + text;
 }
 
-formula::Recalculated calculated(const Recalc& command, const formula::Worksheet& sheet) {
+formula::Recalculated calculated(const Recalc& command, const formula::Worksheet& sheet,
+                                 const formula::Graph& references) {
     std::vector<Component> components;
     for (const PackageOption& package : command.packages) {
         components.push_back(componentFor(package));
@@ -66,7 +95,7 @@ formula::Recalculated calculated(const Recalc& command, const formula::Worksheet
     }
     ProgressLine progress;
     return formula::recalculate(
-        sheet,
+        sheet, references,
         [&](const formula::EnteredFormula& entered, const formula::Grid& grid) {
             return addIn.call(entered, grid);
         },
@@ -92,8 +121,9 @@ int recalc(const Recalc& command) {
     try {
         const formula::Worksheet sheet =
             formula::readWorksheet(formula::readCsv(readFile(command.file)), command.arrays);
-        formula::refuseCircles(sheet);
-        const formula::Recalculated result = calculated(command, sheet);
+        refuseHugeTable(sheet);
+        const formula::Recalculated result = calculated(command, sheet, formula::acyclicReferences(sheet));
+        refuseHugeTable(result.grid.rows(), result.grid.columns());
         if (command.out) {
             writeFile(*command.out, csvOf(result.grid));
         }

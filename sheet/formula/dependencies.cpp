@@ -1,29 +1,61 @@
 #include "sheet/formula/dependencies.h"
 
 #include <algorithm>
+#include <map>
 
 namespace sheet::formula {
 
-Graph referencesAmong(const Worksheet& sheet, const std::function<Block(std::size_t)>& area) {
-    const std::size_t count = sheet.formulas.size();
-    std::vector<Block> areas;
-    for (std::size_t i = 0; i < count; ++i) {
-        areas.push_back(area(i));
+namespace {
+
+// The areas that stand in each column. There they follow each other downwards and do not overlap, so that
+// those in some of its rows are found by their place in the order.
+class AreasByColumn {
+  public:
+    void add(std::size_t index, const Block& area) {
+        for (std::size_t column = area.first.column; column < area.endColumn(); ++column) {
+            columns_[column].push_back({area.first.row, area.endRow(), index});
+        }
     }
-    Graph graph{count};
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::vector<Block> references = sheet.formulas[i].formula.references();
-        for (std::size_t other = 0; other < count; ++other) {
-            if (std::ranges::any_of(references, [&](const Block& b) { return b.intersects(areas[other]); })) {
-                graph[i].push_back(other);
+
+    void find(const Block& block, std::vector<std::size_t>& found) const {
+        const auto end = columns_.lower_bound(block.endColumn());
+        for (auto column = columns_.lower_bound(block.first.column); column != end; ++column) {
+            const std::vector<Rows>& areas = column->second;
+            auto area = std::ranges::upper_bound(areas, block.first.row, {}, &Rows::end);
+            for (; area != areas.end() && area->first < block.endRow(); ++area) {
+                found.push_back(area->index);
             }
         }
     }
-    return graph;
-}
 
-Graph cellReferences(const Worksheet& sheet) {
-    return referencesAmong(sheet, [&](std::size_t i) { return sheet.formulas[i].block; });
+  private:
+    struct Rows {
+        std::size_t first;
+        std::size_t end;
+        std::size_t index;
+    };
+
+    std::map<std::size_t, std::vector<Rows>> columns_;
+};
+
+} // namespace
+
+Graph referencesAmong(const Worksheet& sheet, const std::function<Block(std::size_t)>& area) {
+    const std::size_t count = sheet.formulas.size();
+    AreasByColumn areas;
+    for (std::size_t i = 0; i < count; ++i) {
+        areas.add(i, area(i));
+    }
+    Graph graph{count};
+    for (std::size_t i = 0; i < count; ++i) {
+        std::vector<std::size_t>& found = graph[i];
+        for (const Block& block : sheet.formulas[i].formula.references()) {
+            areas.find(block, found);
+        }
+        std::ranges::sort(found);
+        found.erase(std::unique(found.begin(), found.end()), found.end());
+    }
+    return graph;
 }
 
 std::vector<std::size_t> findCircle(const Graph& references) {
@@ -65,10 +97,11 @@ std::vector<std::size_t> findCircle(const Graph& references) {
     return path;
 }
 
-void refuseCircles(const Worksheet& sheet) {
-    const std::vector<std::size_t> circle = findCircle(cellReferences(sheet));
+Graph acyclicReferences(const Worksheet& sheet) {
+    Graph references = referencesAmong(sheet, [&](std::size_t i) { return sheet.formulas[i].block; });
+    const std::vector<std::size_t> circle = findCircle(references);
     if (circle.empty()) {
-        return;
+        return references;
     }
     const Address first = sheet.formulas[circle.front()].block.first;
     if (circle.size() == 1) {

@@ -1,7 +1,5 @@
 #include "sheet/formula/recalculation.h"
 
-#include "sheet/formula/dependencies.h"
-
 #include <algorithm>
 #include <set>
 
@@ -14,11 +12,10 @@ constexpr std::size_t suspiciousCalculations = 4;
 
 class Recalculation {
   public:
-    Recalculation(const Worksheet& sheet, const Calculate& calculate, const Progress& progress)
+    Recalculation(const Worksheet& sheet, const Graph& references, const Calculate& calculate,
+                  const Progress& progress)
         : sheet_{sheet}, calculate_{calculate}, progress_{progress}, grid_{sheet},
           states_(sheet.formulas.size()) {
-        refuseCircles(sheet_);
-        const Graph references = cellReferences(sheet_);
         for (std::size_t i = 0; i < references.size(); ++i) {
             states_[i].references = sheet_.formulas[i].formula.references();
             states_[i].waitsFor = references[i].size();
@@ -206,7 +203,12 @@ class Recalculation {
 } // namespace
 
 Recalculated recalculate(const Worksheet& sheet, const Calculate& calculate, const Progress& progress) {
-    return Recalculation{sheet, calculate, progress}.run();
+    return recalculate(sheet, acyclicReferences(sheet), calculate, progress);
+}
+
+Recalculated recalculate(const Worksheet& sheet, const Graph& references, const Calculate& calculate,
+                         const Progress& progress) {
+    return Recalculation{sheet, references, calculate, progress}.run();
 }
 
 } // namespace sheet::formula

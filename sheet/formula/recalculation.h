@@ -8,6 +8,7 @@
 // two spills meet, the one calculated first stays.
 #pragma once
 
+#include "sheet/formula/dependencies.h"
 #include "sheet/formula/grid.h"
 
 #include <functional>
@@ -38,5 +39,8 @@ struct Recalculated {
 
 /// Throws InputError for a circle.
 Recalculated recalculate(const Worksheet& sheet, const Calculate& calculate, const Progress& progress = {});
+/// For who has looked for circles before: `references` are the sheet's acyclicReferences().
+Recalculated recalculate(const Worksheet& sheet, const Graph& references, const Calculate& calculate,
+                         const Progress& progress);
 
 } // namespace sheet::formula

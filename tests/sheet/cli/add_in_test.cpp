@@ -1,11 +1,8 @@
-// Worksheets calculated by the built add-in, with the scripted package in the place of a real one. Both DLLs
+// Worksheets calculated by the built add-in, with the scripted package in the place of a real one. The DLLs
 // stand beside the test program and register themselves for the user.
-#include "com/owned.h"
-#include "com/type_library.h"
 #include "sheet/cli/text.h"
 #include "tests/sheet/cli/program.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace sheet::cli {
@@ -14,21 +11,11 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-HRESULT callExport(const wchar_t* dll, const char* name) {
-    const auto path = std::filesystem::path{com::thisModulePath()}.parent_path() / dll;
-    const com::unique_module module{LoadLibraryW(path.c_str())};
-    if (!module) {
-        return HRESULT_FROM_WIN32(GetLastError());
-    }
-    const auto function = reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(
-        reinterpret_cast<void*>(GetProcAddress(module.get(), name)));
-    return function == nullptr ? E_NOINTERFACE : function();
-}
-
 class AddInTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
         ASSERT_EQ(callExport(L"Quorvane.dll", "DllRegisterServer"), S_OK);
+        ASSERT_EQ(callExport(L"PengRobinson.dll", "DllRegisterServer"), S_OK);
         ASSERT_EQ(callExport(L"ScriptedPackage.dll", "DllRegisterServer"), S_OK);
     }
     static void TearDownTestSuite() {
@@ -85,9 +72,13 @@ TEST_F(AddInTest, APackageOfAManagerIsAttached) {
 }
 
 TEST_F(AddInTest, SeveralPackagesAreToldApartByName) {
-    const Outcome outcome = recalcWithPackage("=CapeOpenPackageNames()\n",
-                                              {L"--package", L"gas=Tarnwick.ScriptedManager.1!First"});
+    script(L"compounds=Heptadecane:240.47");
+    const Outcome outcome = recalcWithPackage("names,=CapeOpenPackageNames()\n"
+                                              "Gas,\"=CapeOpenCompounds(\"\"Gas\"\")\"\n"
+                                              "Pure,\"=CapeOpenCompounds(\"\"Pure\"\")\"\n",
+                                              {L"--package", L"Pure=Tarnwick.PengRobinson.1"});
     EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.exitCode, 0);
 }
 
@@ -123,9 +114,8 @@ TEST_F(AddInTest, APackageThatFailsToFlashPutsItsWordsIntoTheCell) {
     const Outcome outcome = recalcWithPackage("1,\"=CapeOpenPhaseEquilibrium(\"\"Gas\"\",A1:A3,"
                                               "\"\"temperature\"\",350,\"\"pressure\"\",100000)\"\n1\n1\n");
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_THAT(outcome.output, HasSubstr("Flash did not converge"));
-    EXPECT_THAT(outcome.errors, StartsWith("1 formula failed:\n  B1: "));
-    EXPECT_THAT(outcome.errors, HasSubstr("Flash did not converge\n"));
+    EXPECT_EQ(outcome.output, "   A  B\n1  1  Flash did not converge\n2  1\n3  1\n");
+    EXPECT_EQ(outcome.errors, "1 formula failed:\n  B1: Flash did not converge\n");
 }
 
 TEST_F(AddInTest, ACallThatCannotBeMadeSaysWhy) {
@@ -143,6 +133,33 @@ TEST_F(AddInTest, CalculatedValuesAreWrittenWithoutLoss) {
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(program_.read(L"values.csv"), "\xEF\xBB\xBF"
                                             "0.30000000000000004,\"a,b\",Vapor,Liquid\r\n\u00B0C,TRUE,,\r\n");
+}
+
+TEST_F(AddInTest, WritingLeavesOtherFilesAlone) {
+    program_.write(L"values.csv.tmp", "mine");
+    EXPECT_EQ(recalc("1\n", {L"--out", L"values.csv"}).exitCode, 0);
+    EXPECT_EQ(program_.read(L"values.csv.tmp"), "mine");
+    EXPECT_THAT(program_.files(), testing::ElementsAre("sheet.csv", "standard error", "standard output",
+                                                       "values.csv", "values.csv.tmp"));
+}
+
+TEST_F(AddInTest, AResultThatCannotBeWrittenLeavesNothingBehind) {
+    program_.makeFolder(L"values.csv");
+    const Outcome outcome = recalc("1\n", {L"--out", L"values.csv"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, "quorvane-sheet: values.csv: the file cannot be written: " +
+                                  systemText(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)) +
+                                  "; check its folder, and whether another program uses it\n");
+    EXPECT_THAT(program_.files(),
+                testing::ElementsAre("sheet.csv", "standard error", "standard output", "values.csv"));
+}
+
+TEST_F(AddInTest, AFailedCellEndsWithOneAlsoWhenStandardErrorCannotBeWritten) {
+    program_.write(L"sheet.csv", "\"=CapeOpenPhases(\"\"Nope\"\")\"\n");
+    const Outcome outcome = program_.run({L"recalc", L"sheet.csv"}, ErrorStream::broken);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.output, "   A\n1  Invalid package name\n");
 }
 
 TEST_F(AddInTest, AnUnknownFunctionIsRefusedWithItsPlace) {

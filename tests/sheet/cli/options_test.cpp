@@ -69,12 +69,18 @@ TEST(Options, WhatIsWrongIsNamed) {
          "two packages are named G; see quorvane-sheet --help"},
         {{"recalc", "a", "--array", "B"},
          "--array wants a range such as B2:B9, not \"B\"; see quorvane-sheet --help"},
+        {{"recalc", "a", "--array", "A1:XFD1048576"},
+         "--array takes at most 1,048,576 cells, and A1:XFD1048576 has more; see quorvane-sheet --help"},
         {{"recalc", "a", "--out", "b", "--out", "c"}, "--out is given twice; see quorvane-sheet --help"},
         {{"recalc", "a", "--out="}, "--out wants the name of a file; see quorvane-sheet --help"},
     };
     for (const Case& one : cases) {
         EXPECT_EQ(problemOf(one.words), one.problem);
     }
+}
+
+TEST(Options, AnArrayMayFillAWholeColumn) {
+    EXPECT_EQ(recalcOf({"recalc", "a", "--array", "C1:C1048576"}).arrays.at(0).cellCount(), 1'048'576U);
 }
 
 TEST(Options, PackagesMayDifferInCaseOnly) {

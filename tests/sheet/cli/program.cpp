@@ -1,8 +1,10 @@
 #include "tests/sheet/cli/program.h"
 
+#include "com/owned.h"
 #include "com/type_library.h"
 #include "sheet/cli/files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -29,10 +31,10 @@ std::wstring quoted(const std::wstring& argument) {
 // file.
 class Capture {
   public:
-    explicit Capture(const std::wstring& path) {
+    Capture(const std::wstring& path, DWORD access) {
         SECURITY_ATTRIBUTES attributes{sizeof attributes, nullptr, TRUE};
-        handle_ = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, &attributes,
-                              CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+        handle_ = CreateFileW(path.c_str(), access, FILE_SHARE_READ, &attributes, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle_ == INVALID_HANDLE_VALUE) {
             throw std::runtime_error{"a stream cannot be caught in a file"};
         }
@@ -61,6 +63,17 @@ class Capture {
 
 } // namespace
 
+HRESULT callExport(const wchar_t* dll, const char* name) {
+    const auto path = std::filesystem::path{com::thisModulePath()}.parent_path() / dll;
+    const com::unique_module module{LoadLibraryW(path.c_str())};
+    if (!module) {
+        return HRESULT_FROM_WIN32(GetLastError());
+    }
+    const auto function = reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(
+        reinterpret_cast<void*>(GetProcAddress(module.get(), name)));
+    return function == nullptr ? E_NOINTERFACE : function();
+}
+
 Program::Program() {
     static int count = 0;
     const auto name =
@@ -85,15 +98,28 @@ std::string Program::read(const std::wstring& file) const {
 
 bool Program::exists(const std::wstring& file) const { return std::filesystem::exists(pathOf(file)); }
 
-Outcome Program::run(const std::vector<std::wstring>& arguments) const {
+void Program::makeFolder(const std::wstring& name) { std::filesystem::create_directory(pathOf(name)); }
+
+std::vector<std::string> Program::files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator{folder_}) {
+        names.push_back(toUtf8(entry.path().filename().wstring()));
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+Outcome Program::run(const std::vector<std::wstring>& arguments, ErrorStream errorStream) const {
     const std::filesystem::path program =
         std::filesystem::path{com::thisModulePath()}.parent_path() / L"quorvane-sheet.exe";
     std::wstring line = quoted(program.wstring());
     for (const std::wstring& argument : arguments) {
         line += L' ' + quoted(argument);
     }
-    const Capture output{pathOf(L"standard output")};
-    const Capture errors{pathOf(L"standard error")};
+    const DWORD readAndWrite = GENERIC_READ | GENERIC_WRITE;
+    const Capture output{pathOf(L"standard output"), readAndWrite};
+    const Capture errors{pathOf(L"standard error"),
+                         errorStream == ErrorStream::caught ? readAndWrite : GENERIC_READ};
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;

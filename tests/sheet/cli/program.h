@@ -14,6 +14,11 @@ struct Outcome {
     std::string errors;
 };
 
+/// Calls DllRegisterServer or the like of a DLL that stands beside the test program.
+HRESULT callExport(const wchar_t* dll, const char* name);
+
+enum class ErrorStream { caught, broken };
+
 class Program {
   public:
     /// Makes an empty folder, in which the program runs.
@@ -27,8 +32,12 @@ class Program {
     /// Empty when there is no such file.
     std::string read(const std::wstring& file) const;
     bool exists(const std::wstring& file) const;
+    void makeFolder(const std::wstring& name);
+    /// The names of all files in the folder, in order.
+    std::vector<std::string> files() const;
 
-    Outcome run(const std::vector<std::wstring>& arguments) const;
+    Outcome run(const std::vector<std::wstring>& arguments,
+                ErrorStream errorStream = ErrorStream::caught) const;
 
   private:
     std::wstring pathOf(const std::wstring& file) const { return folder_ + L"\\" + file; }

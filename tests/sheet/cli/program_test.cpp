@@ -36,13 +36,6 @@ TEST_F(ProgramTest, VersionIsPrinted) {
     EXPECT_EQ(outcome.output, "quorvane-sheet " QUORVANE_VERSION "\n");
 }
 
-TEST_F(ProgramTest, ListEndsWell) {
-    const Outcome outcome = program_.run({L"list"});
-    EXPECT_EQ(outcome.exitCode, 0);
-    EXPECT_NE(outcome.output, "");
-    EXPECT_EQ(outcome.errors, "");
-}
-
 TEST_F(ProgramTest, ABadOptionIsRefused) {
     const Outcome outcome = program_.run({L"recalc", L"sheet.csv", L"--verbose"});
     EXPECT_EQ(outcome.exitCode, 2);
@@ -54,6 +47,12 @@ TEST_F(ProgramTest, NoCommandIsRefused) {
     const Outcome outcome = program_.run({});
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.errors, "quorvane-sheet: a command is missing; see quorvane-sheet --help\n");
+}
+
+TEST_F(ProgramTest, TheExitCodeHoldsWhenStandardErrorCannotBeWritten) {
+    EXPECT_EQ(program_.run({}, ErrorStream::broken).exitCode, 2);
+    program_.write(L"sheet.csv", "=A1\r\n");
+    EXPECT_EQ(program_.run({L"recalc", L"sheet.csv"}, ErrorStream::broken).exitCode, 2);
 }
 
 TEST_F(ProgramTest, AMissingFileIsNamed) {
@@ -91,6 +90,17 @@ TEST_F(ProgramTest, AnArrayRangeWithoutAFormulaIsRefused) {
               "sheet.csv: row 1, column 2 (B1): no formula stands here to be entered over B1:B3; an array "
               "range begins "
               "with the cell that holds its formula\n");
+}
+
+TEST_F(ProgramTest, CellsTooFarApartAreRefused) {
+    std::string csv = std::string(16'383, ',') + "1\r\n";
+    for (int row = 2; row <= 2'000; ++row) {
+        csv += "1\r\n";
+    }
+    EXPECT_EQ(
+        complaintAbout(csv),
+        "sheet.csv: the worksheet reaches to XFD2000, and a table of more than 16,777,216 cells cannot be "
+        "shown; move the cells closer together\n");
 }
 
 TEST_F(ProgramTest, AnUnknownProgIdIsNamed) {
