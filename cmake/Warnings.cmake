@@ -1,4 +1,4 @@
-# One set of flags for every target: `quorvane_flags` is linked privately by each library and program.
+# One set of flags for every target: every library and program links `quorvane_flags`.
 add_library(quorvane_flags INTERFACE)
 target_compile_features(quorvane_flags INTERFACE cxx_std_20)
 target_include_directories(quorvane_flags INTERFACE ${PROJECT_SOURCE_DIR})

@@ -52,10 +52,6 @@ struct safearray_traits {
     using pointer = SAFEARRAY*;
     static void close(SAFEARRAY* array) noexcept { SafeArrayDestroy(array); }
 };
-struct task_string_traits {
-    using pointer = wchar_t*;
-    static void close(wchar_t* text) noexcept { CoTaskMemFree(text); }
-};
 struct registry_key_traits {
     using pointer = HKEY;
     static void close(HKEY key) noexcept { RegCloseKey(key); }
@@ -67,7 +63,6 @@ struct module_traits {
 
 using unique_bstr = unique_resource<bstr_traits>;
 using unique_safearray = unique_resource<safearray_traits>;
-using unique_task_string = unique_resource<task_string_traits>;
 using unique_registry_key = unique_resource<registry_key_traits>;
 using unique_module = unique_resource<module_traits>;
 

@@ -77,6 +77,9 @@ void* ArrayVariant::lockedData() {
         }
         locked = true;
     }
+    if (value.parray->pvData == nullptr) {
+        throw CWStrException{L"failed to access array data"};
+    }
     return value.parray->pvData;
 }
 
@@ -118,13 +121,11 @@ void ArrayVariant::createMatrix(std::int32_t rows, std::int32_t columns, VARTYPE
 }
 
 ArrayVariant stringVectorToArray(std::span<const std::wstring> strings) {
-    ArrayVariant result;
-    result.createVector(static_cast<std::int32_t>(strings.size()), VT_BSTR);
-    auto element = result.elements<BSTR>().begin();
-    for (const std::wstring& text : strings) {
-        *element++ = text.empty() ? nullptr : com::makeBstr(text).release();
+    if (strings.empty()) {
+        return {};
     }
-    result.unlock();
+    ArrayVariant result = ArrayVariant::adopt(com::textArray(strings));
+    result.count = static_cast<std::int32_t>(strings.size());
     return result;
 }
 

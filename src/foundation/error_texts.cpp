@@ -76,14 +76,21 @@ std::wstring capeErrorText(IUnknown* object, HRESULT code) {
     if (index >= std::size(capeTexts)) {
         return systemErrorText(code);
     }
+    // A failing call must leave its output null; a careless package may not.
+    const auto given = [](HRESULT result, com::unique_bstr& text) {
+        if (FAILED(result)) {
+            static_cast<void>(text.release());
+        }
+        return !com::viewOf(text).empty();
+    };
     com::unique_bstr text;
     if (const auto user = com::queryFor<ECapeUser>(object)) {
-        if (SUCCEEDED(user->get_description(text.put())) && !com::viewOf(text).empty()) {
+        if (given(user->get_description(text.put()), text)) {
             return std::wstring{com::viewOf(text)};
         }
     }
     if (const auto root = com::queryFor<ECapeRoot>(object)) {
-        if (SUCCEEDED(root->get_name(text.put())) && !com::viewOf(text).empty()) {
+        if (given(root->get_name(text.put()), text)) {
             return std::wstring{com::viewOf(text)};
         }
     }

@@ -1,4 +1,5 @@
-// Late-bound reads of Excel's objects. Only properties are read: nothing is called, nothing is written.
+// Late-bound reads of Excel's objects. Only properties and items of collections are read: nothing else is
+// called, nothing is written.
 #pragma once
 
 #include "com/com_ptr.h"

@@ -51,7 +51,7 @@ VARIANT withoutReference(const VARIANT& value) noexcept {
         target.llVal = *value.pllVal;
         break;
     default:
-        target.vt = VT_EMPTY;
+        return value; // left to the reader, which refuses it
     }
     return target;
 }

@@ -68,6 +68,16 @@ class CAPEOPENBASE
     HRESULT notImplemented(const wchar_t* operation, const wchar_t* interfaceName,
                            const void* required) noexcept;
     HRESULT notImplemented(const wchar_t* operation, const wchar_t* interfaceName) noexcept;
+    /// The same for an operation that returns a result, which is left empty: its caller did not initialise
+    /// it.
+    template <typename Result>
+    HRESULT notImplementedResult(const wchar_t* operation, const wchar_t* interfaceName,
+                                 Result* result) noexcept {
+        if (result != nullptr) {
+            *result = Result{};
+        }
+        return notImplemented(operation, interfaceName, result);
+    }
 
   private:
     std::wstring name_;

@@ -1,8 +1,6 @@
 // Compositions and their totals on mole and mass basis.
+#include "src/foundation/missing.h"
 #include "src/material/material_object.h"
-
-#include <cmath>
-#include <limits>
 
 namespace quorvane {
 
@@ -16,8 +14,7 @@ void MaterialObject11::setComposition(const std::vector<double>& values, std::in
 }
 
 void MaterialObject11::requireMolecularWeight(std::size_t compound) const {
-    const double weight = owner().molecularWeights()[compound];
-    if (weight == std::numeric_limits<double>::lowest() || std::isnan(weight)) {
+    if (isMissing(owner().molecularWeights()[compound])) {
         throw CWStrException{
             L"Unable to perform basis conversion, one or more missing values for molecular weight"};
     }

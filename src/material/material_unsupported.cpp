@@ -48,7 +48,7 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::CopyFromMaterial(IDispatch** source)
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::CreateMaterial(IDispatch** newMaterial) noexcept {
-    return notImplemented(L"CreateMaterial", material, newMaterial);
+    return notImplementedResult(L"CreateMaterial", material, newMaterial);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetTwoPhaseProp(BSTR, VARIANT, BSTR, VARIANT* results) noexcept {
@@ -56,11 +56,11 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetTwoPhaseProp(BSTR, VARIANT, BSTR,
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetCompoundConstant(VARIANT, VARIANT, VARIANT* values) noexcept {
-    return notImplemented(L"GetCompoundConstant", compounds, values);
+    return notImplementedResult(L"GetCompoundConstant", compounds, values);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetConstPropList(VARIANT* names) noexcept {
-    return notImplemented(L"GetConstPropList", compounds, names);
+    return notImplementedResult(L"GetConstPropList", compounds, names);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetPDependentProperty(VARIANT, double, VARIANT,
@@ -69,7 +69,7 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetPDependentProperty(VARIANT, doubl
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetPDependentPropList(VARIANT* names) noexcept {
-    return notImplemented(L"GetPDependentPropList", compounds, names);
+    return notImplementedResult(L"GetPDependentPropList", compounds, names);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetTDependentProperty(VARIANT, double, VARIANT,
@@ -78,7 +78,7 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetTDependentProperty(VARIANT, doubl
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetTDependentPropList(VARIANT* names) noexcept {
-    return notImplemented(L"GetTDependentPropList", compounds, names);
+    return notImplementedResult(L"GetTDependentPropList", compounds, names);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::CalcEquilibrium(VARIANT, VARIANT, BSTR) noexcept {
@@ -87,15 +87,15 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::CalcEquilibrium(VARIANT, VARIANT, BS
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::CheckEquilibriumSpec(VARIANT, VARIANT, BSTR,
                                                                  VARIANT_BOOL* supported) noexcept {
-    return notImplemented(L"CheckEquilibriumSpec", equilibriumRoutine, supported);
+    return notImplementedResult(L"CheckEquilibriumSpec", equilibriumRoutine, supported);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetNumPhases(LONG* count) noexcept {
-    return notImplemented(L"GetNumPhases", phaseList, count);
+    return notImplementedResult(L"GetNumPhases", phaseList, count);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetPhaseInfo(BSTR, BSTR, VARIANT* value) noexcept {
-    return notImplemented(L"GetPhaseInfo", phaseList, value);
+    return notImplementedResult(L"GetPhaseInfo", phaseList, value);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetPhaseList(VARIANT* labels, VARIANT*, VARIANT*) noexcept {
@@ -103,11 +103,11 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetPhaseList(VARIANT* labels, VARIAN
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetUniversalConstant(BSTR, VARIANT* value) noexcept {
-    return notImplemented(L"GetUniversalConstant", universalConstant, value);
+    return notImplementedResult(L"GetUniversalConstant", universalConstant, value);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetUniversalConstantList(VARIANT* names) noexcept {
-    return notImplemented(L"GetUniversalConstantList", universalConstant, names);
+    return notImplementedResult(L"GetUniversalConstantList", universalConstant, names);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::CalcAndGetLnPhi(BSTR, double, double, VARIANT, INT,
@@ -126,20 +126,20 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::CalcTwoPhaseProp(VARIANT, VARIANT) n
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::CheckSinglePhasePropSpec(BSTR, BSTR,
                                                                      VARIANT_BOOL* valid) noexcept {
-    return notImplemented(L"CheckSinglePhasePropSpec", propertyRoutine, valid);
+    return notImplementedResult(L"CheckSinglePhasePropSpec", propertyRoutine, valid);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::CheckTwoPhasePropSpec(BSTR, VARIANT,
                                                                   VARIANT_BOOL* valid) noexcept {
-    return notImplemented(L"CheckTwoPhasePropSpec", propertyRoutine, valid);
+    return notImplementedResult(L"CheckTwoPhasePropSpec", propertyRoutine, valid);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetSinglePhasePropList(VARIANT* names) noexcept {
-    return notImplemented(L"GetSinglePhasePropList", propertyRoutine, names);
+    return notImplementedResult(L"GetSinglePhasePropList", propertyRoutine, names);
 }
 
 HRESULT STDMETHODCALLTYPE MaterialObject11::GetTwoPhasePropList(VARIANT* names) noexcept {
-    return notImplemented(L"GetTwoPhasePropList", propertyRoutine, names);
+    return notImplementedResult(L"GetTwoPhasePropList", propertyRoutine, names);
 }
 
 } // namespace quorvane

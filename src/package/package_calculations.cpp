@@ -3,6 +3,7 @@
 #include "com/safe_array.h"
 #include "src/foundation/error_texts.h"
 #include "src/foundation/text.h"
+#include "src/package/lent_texts.h"
 #include "src/package/property_package.h"
 
 #include <algorithm>
@@ -11,25 +12,6 @@
 namespace quorvane {
 
 namespace {
-
-// Lends the caller's texts to an array that the package may read while a calculation runs; the array owns
-// none of them.
-class LentTexts {
-  public:
-    LentTexts(const ArrayVariant& array, std::initializer_list<BSTR> texts) noexcept : array_{array} {
-        std::ranges::copy(texts, elements());
-    }
-    LentTexts(const LentTexts&) = delete;
-    LentTexts& operator=(const LentTexts&) = delete;
-    ~LentTexts() { std::fill_n(elements(), array_.count, nullptr); }
-
-    const VARIANT& value() const noexcept { return array_.value; }
-
-  private:
-    BSTR* elements() const noexcept { return static_cast<BSTR*>(array_.value.parray->pvData); }
-
-    const ArrayVariant& array_;
-};
 
 void assignFolded(std::wstring& target, BSTR text) {
     const std::wstring_view view = com::viewOf(text);
@@ -45,6 +27,31 @@ const std::vector<double>& requireCalculated(const MaterialObject11& material) {
 }
 
 } // namespace
+
+// From the loading of the material to the end of the package's work on it.
+class PropertyPackage::Calculation {
+  public:
+    explicit Calculation(PropertyPackage& package) : package_{package}, generation_{package.generation_} {
+        if (package_.calculating_) {
+            throw CWStrException{L"Property package is already calculating"};
+        }
+        package_.calculating_ = true;
+    }
+    Calculation(const Calculation&) = delete;
+    Calculation& operator=(const Calculation&) = delete;
+    ~Calculation() { package_.calculating_ = false; }
+
+    /// To be called after the package has worked, before the material is looked at.
+    void requireSamePackage() const {
+        if (package_.generation_ != generation_) {
+            throw CWStrException{changedMeanwhile};
+        }
+    }
+
+  private:
+    PropertyPackage& package_;
+    std::uint32_t generation_;
+};
 
 void PropertyPackage::prepareMaterial(CalculationMode mode, BSTR propName, BSTR phase1, double T, double P,
                                       const std::vector<double>& composition, bool compositionIsMass,
@@ -65,12 +72,14 @@ const std::vector<double>&
 PropertyPackage::calcSinglePhaseProperty(BSTR propName, BSTR phaseLabel, double T, double P,
                                          const std::vector<double>& composition, bool compositionIsMass,
                                          const PropertyInfo& info, bool resultIsMass) {
-    prepareMaterial(CalculationMode::SinglePhase, propName, phaseLabel, T, P, composition, compositionIsMass,
-                    info);
     {
+        const Calculation calculation{*this};
+        prepareMaterial(CalculationMode::SinglePhase, propName, phaseLabel, T, P, composition,
+                        compositionIsMass, info);
         const LentTexts names{propertyNameArray1_, {propName}};
-        requireSuccess(propertyRoutine_->CalcSinglePhaseProp(names.value(), phaseLabel),
-                       propertyRoutine_.get(), {});
+        const HRESULT code = propertyRoutine_->CalcSinglePhaseProp(names.value(), phaseLabel);
+        requireSuccess(code, propertyRoutine_.get(), {});
+        calculation.requireSamePackage();
     }
     const std::vector<double>& result = requireCalculated(*material_);
     if (material_->resultBasis == Basis_Undefined || info.moleConversion == 0) {
@@ -136,6 +145,7 @@ const std::vector<double>& PropertyPackage::convertCompositionDerivatives(
 const std::vector<double>& PropertyPackage::calcTwoPhaseProperty(
     BSTR propName, BSTR phase1, BSTR phase2, double T, double P, const std::vector<double>& composition,
     const std::vector<double>& phase2Composition, bool compositionIsMass, const PropertyInfo& info) {
+    const Calculation calculation{*this};
     prepareMaterial(CalculationMode::TwoPhase, propName, phase1, T, P, composition, compositionIsMass, info);
     assignFolded(material_->phase2, phase2);
     material_->composition2.values = phase2Composition;
@@ -144,6 +154,7 @@ const std::vector<double>& PropertyPackage::calcTwoPhaseProperty(
     const LentTexts labels{propertyNameArray2_, {phase1, phase2}};
     requireSuccess(propertyRoutine_->CalcTwoPhaseProp(names.value(), labels.value()), propertyRoutine_.get(),
                    {});
+    calculation.requireSamePackage();
     return requireCalculated(*material_);
 }
 
@@ -188,6 +199,7 @@ const std::vector<PhaseResult>& PropertyPackage::calcEquilibrium(const Equilibri
                                                                  BSTR solutionType,
                                                                  const std::vector<double>& composition,
                                                                  bool isMass, double& outT, double& outP) {
+    const Calculation calculation{*this};
     ensureMaterial();
     material_->setComposition(composition, basisOf(isMass));
     material_->temperature = std::numeric_limits<double>::quiet_NaN();
@@ -204,6 +216,7 @@ const std::vector<PhaseResult>& PropertyPackage::calcEquilibrium(const Equilibri
     requireSuccess(equilibriumRoutine_->CalcEquilibrium(first.value, second.value,
                                                         useSolutionType ? solutionType : unspecified.get()),
                    equilibriumRoutine_.get(), {});
+    calculation.requireSamePackage();
     convertPhaseResults(isMass);
     outT = material_->temperature;
     outP = material_->pressure;

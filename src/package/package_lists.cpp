@@ -1,23 +1,16 @@
 // What a PropertyPackage reads from its component and keeps: compounds, phases, property lists.
 #include "src/foundation/error_texts.h"
+#include "src/foundation/missing.h"
 #include "src/foundation/text.h"
 #include "src/package/property_package.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace quorvane {
 
 namespace {
 
 constexpr double kilogramsPerGram = 0.001;
-
-bool isMissing(double value) noexcept {
-    return std::isnan(value) || value == std::numeric_limits<double>::lowest();
-}
-
-bool listPrecedes(BSTR a, BSTR b) noexcept { return precedesInList(a, b); }
 
 // Checks a list of names and sorts it for the user.
 void sortNames(ArrayVariant& names, const wchar_t* context) {
@@ -26,7 +19,7 @@ void sortNames(ArrayVariant& names, const wchar_t* context) {
     if (std::ranges::any_of(elements, [](BSTR name) { return name == nullptr; })) {
         throw CWStrException{L"Property list contains empty strings"};
     }
-    std::ranges::sort(elements, listPrecedes);
+    std::ranges::sort(elements, precedesInList);
     names.unlock();
 }
 
@@ -91,7 +84,7 @@ void PropertyPackage::loadCompounds() {
     for (const double weight : lists[CompoundList_MolecularWeights].elements<double>()) {
         const bool known = !isMissing(weight);
         missing = missing || !known;
-        weights.push_back(known ? weight * kilogramsPerGram : std::numeric_limits<double>::quiet_NaN());
+        weights.push_back(known ? weight * kilogramsPerGram : missingNumber);
         inverses.push_back(1.0 / weights.back());
     }
     NameIndexMap index;

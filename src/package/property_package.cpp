@@ -26,6 +26,7 @@ com::com_ptr<IUnknown> packageOfManager(ICapeThermoPropertyPackageManager* manag
     const std::wstring failure = FAILED(code) ? capeErrorText(manager, code) : std::wstring{};
     terminateObject(manager);
     if (FAILED(code)) {
+        static_cast<void>(package.release()); // must be null then; a careless manager may leave anything
         throw WStrException{joined(L"Failed to create property package: ", failure)};
     }
     return package;
@@ -124,6 +125,7 @@ void PropertyPackage::releaseMaterial() noexcept {
 }
 
 void PropertyPackage::reset() noexcept {
+    ++generation_;
     releaseMaterial();
     for (ArrayVariant& list : compoundData_) {
         list.release();
@@ -151,11 +153,16 @@ void PropertyPackage::ensureMaterial() {
     if (!context) {
         throw CWStrException{L"ICapeThermoMaterialContext not exposed by property package"};
     }
+    const std::uint32_t generation = generation_;
     auto material = com::make<MaterialObject11>(static_cast<const MaterialOwner&>(*this));
     const HRESULT code = context->SetMaterial(static_cast<ICapeThermoMaterial*>(material.get()));
     if (FAILED(code)) {
         material->forgetOwner();
         requireSuccess(code, context.get(), L"Failed to set active material object on property package: ");
+    }
+    if (generation != generation_) {
+        material->forgetOwner();
+        throw CWStrException{changedMeanwhile};
     }
     material_ = std::move(material);
 }

@@ -3,6 +3,9 @@
 // once and keeps them, owns the material that the package works on, and runs its calculations. Used on
 // Excel's thread only; held by shared pointers.
 //
+// A package may call back into the add-in while it works. Its own calculations do not nest: the second is
+// refused. One that is edited in the middle of a calculation fails that calculation.
+//
 // All failures are WException with the text for the user. A list that could not be read stays empty and is
 // read again when asked for next.
 #pragma once
@@ -26,6 +29,9 @@ struct EquilibriumCondition {
     BSTR name;
     double value;
 };
+
+/// The message of a calculation whose package was edited before it ended.
+inline constexpr const wchar_t* changedMeanwhile = L"Property package was changed during the calculation";
 
 class PropertyPackage final : public MaterialOwner {
   public:
@@ -61,6 +67,13 @@ class PropertyPackage final : public MaterialOwner {
     ArrayVariant twoPhasePropertyList();
     /// What may be given as a condition of an equilibrium: Temperature and Pressure first, the others sorted.
     ArrayVariant equilibriumConditionNames();
+
+    /// Values of a constant for one compound, or for all of them (`compound` -1), as the package gives them:
+    /// a one-dimensional array, nearly always of VARIANT. A value that the package does not have is no
+    /// failure: what came back is given.
+    ArrayVariant compoundConstant(BSTR constantName, std::int32_t compound);
+    /// The same for a temperature-dependent property at T (K), nearly always an array of reals.
+    ArrayVariant temperatureDependentProperty(BSTR propertyName, double T, std::int32_t compound);
 
     /// Position of a compound or phase name in any letter case. The lists must be loaded.
     std::optional<std::int32_t> compoundIndex(const wchar_t* name) const { return compoundIndex_.find(name); }
@@ -117,6 +130,8 @@ class PropertyPackage final : public MaterialOwner {
     bool isVapor(const wchar_t* label) const override;
 
   private:
+    class Calculation;
+
     com::com_ptr<IUnknown> create() const;
     void bind(IUnknown* package, IStream* savedState);
     void releaseMaterial() noexcept;
@@ -127,6 +142,7 @@ class PropertyPackage final : public MaterialOwner {
                                                              double P, const std::vector<double>& composition,
                                                              bool compositionIsMass, const PropertyInfo& info,
                                                              bool resultIsMass, std::int32_t factor);
+    ArrayVariant compoundIds(std::int32_t compound) const;
     ArrayVariant specification(const EquilibriumCondition& condition, EquilibriumSpecification& stored,
                                bool isMass, bool& phaseFractionGiven);
     void convertPhaseResults(bool isMass);
@@ -161,6 +177,8 @@ class PropertyPackage final : public MaterialOwner {
 
     com::com_ptr<MaterialObject11> material_;
 
+    bool calculating_ = false;     ///< a calculation of the package is running
+    std::uint32_t generation_ = 0; ///< counts the resets
     std::wstring scratchText_;
     std::vector<double> convertedValue_;
     std::vector<double> convertedDerivatives_;

@@ -2,6 +2,8 @@
 #include "src/server/excel.h"
 
 #include "src/foundation/error_boundary.h"
+#include "src/udf/compound_properties.h"
+#include "src/udf/mixture_properties.h"
 #include "src/udf/package_information.h"
 #include "src/udf/phase_equilibrium.h"
 
@@ -91,32 +93,50 @@ HRESULT STDMETHODCALLTYPE Excel::CapeOpenPhases(BSTR packageName, VARIANT orient
         phases, [&](VARIANT& result) { udf::phases(session_, packageName, orientation, phase, result); });
 }
 
-namespace {
-
-[[noreturn]] void notImplemented() { throw CWStrException{L"Not implemented"}; }
-
-} // namespace
-
-HRESULT STDMETHODCALLTYPE Excel::CapeOpenCompoundConstant(BSTR, BSTR, VARIANT, VARIANT, VARIANT,
+HRESULT STDMETHODCALLTYPE Excel::CapeOpenCompoundConstant(BSTR packageName, BSTR constantName, VARIANT basis,
+                                                          VARIANT orientation, VARIANT compound,
                                                           VARIANT* values) noexcept {
-    return worksheet(values, [](VARIANT&) { notImplemented(); });
+    return worksheet(values, [&](VARIANT& result) {
+        udf::compoundConstant(session_, {packageName, constantName, basis, orientation, compound}, result);
+    });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::CapeOpenTemperatureDependentProperty(BSTR, BSTR, double, VARIANT, VARIANT,
-                                                                      VARIANT, VARIANT* values) noexcept {
-    return worksheet(values, [](VARIANT&) { notImplemented(); });
+HRESULT STDMETHODCALLTYPE Excel::CapeOpenTemperatureDependentProperty(BSTR packageName, BSTR propertyName,
+                                                                      double T, VARIANT basis,
+                                                                      VARIANT orientation, VARIANT compound,
+                                                                      VARIANT* values) noexcept {
+    return worksheet(values, [&](VARIANT& result) {
+        udf::temperatureDependentProperty(session_, {packageName, propertyName, basis, orientation, compound},
+                                          T, result);
+    });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::CapeOpenMixtureProperty(BSTR, BSTR, BSTR, double, double, VARIANT, VARIANT,
-                                                         VARIANT, VARIANT, VARIANT, VARIANT,
+HRESULT STDMETHODCALLTYPE Excel::CapeOpenMixtureProperty(BSTR packageName, BSTR propertyName, BSTR phaseName,
+                                                         double T, double P, VARIANT composition,
+                                                         VARIANT compositionBasis, VARIANT propertyBasis,
+                                                         VARIANT orientation, VARIANT transposed,
+                                                         VARIANT normalizeComposition,
                                                          VARIANT* values) noexcept {
-    return worksheet(values, [](VARIANT&) { notImplemented(); });
+    return worksheet(values, [&](VARIANT& result) {
+        udf::mixtureProperty(session_,
+                             {packageName, propertyName, phaseName, T, P, composition, compositionBasis,
+                              propertyBasis, orientation, transposed, normalizeComposition},
+                             result);
+    });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::CapeOpenTwoPhaseProperty(BSTR, BSTR, BSTR, BSTR, double, double, VARIANT,
-                                                          VARIANT, VARIANT, VARIANT, VARIANT, VARIANT,
-                                                          VARIANT, VARIANT* values) noexcept {
-    return worksheet(values, [](VARIANT&) { notImplemented(); });
+HRESULT STDMETHODCALLTYPE Excel::CapeOpenTwoPhaseProperty(
+    BSTR packageName, BSTR propertyName, BSTR phase1Name, BSTR phase2Name, double T, double P,
+    VARIANT phase1Composition, VARIANT phase2Composition, VARIANT compositionBasis, VARIANT orientation,
+    VARIANT compositionDerivativePhase, VARIANT transposed, VARIANT normalizeComposition,
+    VARIANT* values) noexcept {
+    return worksheet(values, [&](VARIANT& result) {
+        udf::twoPhaseProperty(session_,
+                              {packageName, propertyName, phase1Name, phase2Name, T, P, phase1Composition,
+                               phase2Composition, compositionBasis, orientation, compositionDerivativePhase,
+                               transposed, normalizeComposition},
+                              result);
+    });
 }
 
 HRESULT STDMETHODCALLTYPE Excel::CapeOpenPhaseEquilibrium(BSTR packageName, VARIANT overallComposition,

@@ -14,8 +14,8 @@
 
 namespace quorvane {
 
-class Excel final : public com::implements<com::COMObject, IQuorvaneVSTOServices,
-                                           com::RefusedDual<_IDTExtensibility2>, ISupportErrorInfo> {
+class Excel final
+    : public com::implements<com::COMObject, IQuorvaneVSTOServices, _IDTExtensibility2, ISupportErrorInfo> {
   public:
     void* findInterface(REFIID iid) noexcept override;
 

@@ -69,6 +69,13 @@ std::vector<std::string> ourOpenValues(HKEY options) {
         auto dataLength = static_cast<DWORD>(data.size());
         const LSTATUS status = RegEnumValueA(options, index, name.data(), &nameLength, nullptr, nullptr,
                                              reinterpret_cast<BYTE*>(data.data()), &dataLength);
+        if (status == ERROR_MORE_DATA) {
+            // The longest name is told in characters, which may take two bytes each.
+            longestName = 2 * longestName + 1;
+            longestData = std::max(2 * longestData + 1, dataLength);
+            --index;
+            continue;
+        }
         if (status != ERROR_SUCCESS) {
             return names; // no more values
         }

@@ -6,6 +6,13 @@ namespace quorvane {
 
 namespace {
 
+// The catalogue is plain C++ and declares its kinds itself.
+static_assert(static_cast<int>(PropType_Temperature) == static_cast<int>(::PropType_Temperature));
+static_assert(static_cast<int>(PropType_VaporFraction) == static_cast<int>(::PropType_VaporFraction));
+static_assert(static_cast<int>(PropType_TwoPhase) == static_cast<int>(::PropType_TwoPhase));
+static_assert(static_cast<int>(Derivative_Temperature) == static_cast<int>(::Derivative_Temperature));
+static_assert(static_cast<int>(Derivative_MoleNumber) == static_cast<int>(::Derivative_MoleNumber));
+
 template <typename Body>
 HRESULT service(Body&& body) noexcept {
     return serviceCall(__uuidof(IQuorvaneVSTOServices), std::forward<Body>(body));

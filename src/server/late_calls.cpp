@@ -2,11 +2,11 @@
 
 #include "com/type_library.h"
 #include "src/foundation/error_boundary.h"
+#include "src/foundation/missing.h"
 #include "src/foundation/range_value.h"
 #include "src/foundation/text.h"
 
 #include <array>
-#include <limits>
 #include <quorvane_idl.h>
 #include <vector>
 
@@ -87,8 +87,7 @@ VARIANT shaped(const VARIANT& argument, const Parameter& parameter, com::variant
         given.vt == VT_EMPTY || (given.vt == VT_ERROR && given.scode == DISP_E_PARAMNOTFOUND);
     owned = isLeftOut ? com::variant{} : converted(given, parameter, isNumber ? L"real" : L"string");
     if (owned.vt == VT_EMPTY) {
-        owned =
-            isNumber ? com::variant{std::numeric_limits<double>::lowest()} : com::variant{com::unique_bstr{}};
+        owned = isNumber ? com::variant{omittedNumber} : com::variant{com::unique_bstr{}};
     }
     return owned;
 }

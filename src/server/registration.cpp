@@ -62,6 +62,7 @@ LSTATUS deleteTree(HKEY parent, const std::string& name) {
             return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND ? ERROR_SUCCESS : status;
         }
         std::array<char, 256> child;
+        std::string last;
         for (;;) {
             auto length = static_cast<DWORD>(child.size());
             const LSTATUS found =
@@ -69,7 +70,11 @@ LSTATUS deleteTree(HKEY parent, const std::string& name) {
             if (found == ERROR_NO_MORE_ITEMS) {
                 break;
             }
-            const LSTATUS removed = found == ERROR_SUCCESS ? deleteTree(key.get(), child.data()) : found;
+            if (found == ERROR_SUCCESS && last == child.data()) {
+                return ERROR_ACCESS_DENIED; // it seemed to go, and is still the first
+            }
+            last = child.data();
+            const LSTATUS removed = found == ERROR_SUCCESS ? deleteTree(key.get(), last) : found;
             if (removed != ERROR_SUCCESS) {
                 return removed;
             }

@@ -69,7 +69,7 @@ std::int32_t readSelection(const VARIANT& argument, std::int32_t count, const Se
     }
     const std::optional<std::int32_t> number = selectedNumber(value, count);
     if (!number) {
-        throw WStrException{texts.badValue};
+        throw CWStrException{texts.badValue};
     }
     return *number - 1;
 }
@@ -135,12 +135,8 @@ bool readFlag(const VARIANT& argument, const wchar_t* argumentName, bool default
     return truth->boolVal != VARIANT_FALSE;
 }
 
-std::vector<double> readComposition(const VARIANT& argument, const PropertyPackage& package, bool normalize,
-                                    const wchar_t* name) {
+std::vector<double> readReals(const VARIANT& argument, bool normalize) {
     std::vector<double> values = readRealVector(argument);
-    if (values.size() != static_cast<std::size_t>(package.compoundCount())) {
-        throw WStrException{joined(L"Unexpected number of values for ", name)};
-    }
     const double sum = std::accumulate(values.begin(), values.end(), 0.0);
     if (normalize && sum != 0.0 && std::isfinite(sum)) {
         for (double& value : values) {
@@ -148,6 +144,13 @@ std::vector<double> readComposition(const VARIANT& argument, const PropertyPacka
         }
     }
     return values;
+}
+
+void requireComposition(const std::vector<double>& composition, const PropertyPackage& package,
+                        const wchar_t* name) {
+    if (composition.size() != static_cast<std::size_t>(package.compoundCount())) {
+        throw WStrException{joined(L"Unexpected number of values for ", name)};
+    }
 }
 
 } // namespace quorvane::udf

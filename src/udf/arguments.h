@@ -26,10 +26,12 @@ std::int32_t readPhase(PropertyPackage& package, const VARIANT& argument);
 /// A truth value; `argumentName` appears in the message for a value that is none.
 bool readFlag(const VARIANT& argument, const wchar_t* argumentName, bool defaultValue);
 
-/// A composition: as many reals as the package has compounds, scaled to the sum 1 if asked (one that sums to
-/// zero or to no number stays as it is, for the package to refuse). `name` appears in the message for a wrong
-/// number of values.
-std::vector<double> readComposition(const VARIANT& argument, const PropertyPackage& package, bool normalize,
-                                    const wchar_t* name);
+/// A composition: real values, scaled to the sum 1 if asked. One that sums to zero or to no number stays as
+/// it is, for the package to refuse.
+std::vector<double> readReals(const VARIANT& argument, bool normalize);
+
+/// Throws WStrException when there is not one value for each compound; `name` appears in the message.
+void requireComposition(const std::vector<double>& composition, const PropertyPackage& package,
+                        const wchar_t* name);
 
 } // namespace quorvane::udf

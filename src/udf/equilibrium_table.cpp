@@ -1,13 +1,10 @@
 #include "src/udf/equilibrium_table.h"
 
-#include <cmath>
-#include <limits>
+#include "src/foundation/missing.h"
 
 namespace quorvane::udf {
 
 namespace {
-
-constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 
 enum class Quantities { all, withoutConditions };
 
@@ -29,13 +26,13 @@ std::vector<double> rowValues(const EquilibriumRow& row, const EquilibriumOption
     }
     values.insert(values.end(), row.extra.begin(), row.extra.end());
     if (!row.present) {
-        values.assign(values.size(), missing);
+        values.assign(values.size(), missingNumber);
     }
     return values;
 }
 
 void fillCell(VARIANT& cell, double value, const VARIANT& filler) {
-    cell = (std::isfinite(value) ? com::variant{value} : com::variant::copyOf(filler)).release();
+    cell = (isMissing(value) ? com::variant::copyOf(filler) : com::variant{value}).release();
 }
 
 ArrayVariant matrix(const EquilibriumResults& results, const EquilibriumOptions& options,
@@ -76,7 +73,7 @@ ArrayVariant list(const EquilibriumResults& results, const EquilibriumOptions& o
     }
     if (options.overallResults) {
         for (const double value : results.overall.extra) {
-            if (!std::isnan(value)) {
+            if (!isMissing(value)) {
                 values.push_back(value);
             }
         }

@@ -10,7 +10,7 @@
 
 namespace quorvane::udf {
 
-/// One row of the table: the whole mixture or one phase. NaN where there is no number.
+/// One row of the table: the whole mixture or one phase. Missing where there is no number.
 struct EquilibriumRow {
     bool present = true;
     double temperature = 0.0;

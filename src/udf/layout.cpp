@@ -19,11 +19,11 @@ long readCount(IDispatch* range, const wchar_t* dimension) {
 
 PropertyOrientation orientationOfCaller() {
     try {
-        IDispatch* const application = Session::application();
-        if (application == nullptr) {
+        const com::com_ptr<IDispatch> application = Session::application();
+        if (!application) {
             return Orientation_Horizontal;
         }
-        const com::variant caller = readProperty(application, L"Caller");
+        const com::variant caller = readProperty(application.get(), L"Caller");
         // A call from a macro has a text or an error for a caller.
         const auto range = caller.vt == VT_DISPATCH ? asRange(caller) : com::com_ptr<IDispatch>{};
         if (range && readCount(range.get(), L"Rows") >= 2 && readCount(range.get(), L"Columns") == 1) {

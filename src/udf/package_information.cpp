@@ -10,8 +10,6 @@ namespace quorvane::udf {
 
 namespace {
 
-bool listPrecedes(BSTR a, BSTR b) noexcept { return precedesInList(a, b); }
-
 // All elements of a text list, or the selected one in a one-dimensional array, which any cell shows as
 // itself.
 void giveNames(const ArrayVariant& list, std::int32_t selected, const VARIANT& orientation, VARIANT& result) {
@@ -20,6 +18,9 @@ void giveNames(const ArrayVariant& list, std::int32_t selected, const VARIANT& o
     if (selected == selectAll) {
         shapeTexts(names.elements<BSTR>(), readOrientation(orientation, false)).handOver(&result);
         return;
+    }
+    if (selected >= names.count) {
+        throw CWStrException{changedMeanwhile};
     }
     ArrayVariant single;
     single.createVector(1, VT_BSTR);
@@ -32,7 +33,7 @@ void giveNames(const ArrayVariant& list, std::int32_t selected, const VARIANT& o
 void packageNames(Session& session, IQuorvaneVSTOServices* services, const VARIANT& orientation,
                   VARIANT& result) {
     session.handOver(services);
-    if (Session::application() == nullptr) {
+    if (!Session::application()) {
         throw CWStrException{L"Cannot determine current workbook"};
     }
     const PackageTable& table = session.currentWorkbook();
@@ -44,7 +45,7 @@ void packageNames(Session& session, IQuorvaneVSTOServices* services, const VARIA
     for (const auto& entry : table) {
         names.push_back(owned.emplace_back(com::makeBstr(entry.first)).get());
     }
-    std::ranges::sort(names, listPrecedes);
+    std::ranges::sort(names, precedesInList);
     shapeTexts(names, readOrientation(orientation, false)).handOver(&result);
 }
 

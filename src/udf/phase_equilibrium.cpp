@@ -1,23 +1,15 @@
 #include "src/udf/phase_equilibrium.h"
 
+#include "src/foundation/missing.h"
 #include "src/foundation/range_value.h"
 #include "src/foundation/text.h"
 #include "src/udf/arguments.h"
 #include "src/udf/equilibrium_table.h"
 #include "src/udf/layout.h"
 
-#include <cmath>
-#include <limits>
-
 namespace quorvane::udf {
 
 namespace {
-
-constexpr double missing = std::numeric_limits<double>::quiet_NaN();
-
-bool isOmittedNumber(double value) noexcept {
-    return std::isnan(value) || value == std::numeric_limits<double>::lowest();
-}
 
 void requireText(BSTR text, const wchar_t* message) {
     if (com::viewOf(text).empty()) {
@@ -91,13 +83,16 @@ std::vector<double> overallExtraValues(const EquilibriumResults& results, const 
     for (const ExtraProperty& extra : options.extraProperties) {
         const std::size_t count = valuesOf(extra, results.overall.composition.size());
         for (std::size_t i = 0; i < count; ++i) {
-            double sum = hasOverallValue(extra) ? 0.0 : missing;
+            double sum = 0.0;
+            bool known = hasOverallValue(extra);
             for (const EquilibriumRow& phase : results.phases) {
                 if (phase.present) {
-                    sum += phase.fraction * phase.extra[overall.size()];
+                    const double value = phase.extra[overall.size()];
+                    known = known && !isMissing(value);
+                    sum += phase.fraction * value;
                 }
             }
-            overall.push_back(sum);
+            overall.push_back(known ? sum : missingNumber);
         }
     }
     return overall;
@@ -109,7 +104,7 @@ EquilibriumResults copyResults(const std::vector<PhaseResult>& phases, std::size
     for (const PhaseResult& phase : phases) {
         EquilibriumRow& row = results.phases.emplace_back();
         row = {phase.present,  phase.temperature,        phase.pressure,
-               phase.fraction, phase.composition.values, std::vector<double>(extraValues, missing)};
+               phase.fraction, phase.composition.values, std::vector<double>(extraValues, missingNumber)};
     }
     return results;
 }
@@ -120,26 +115,26 @@ void phaseEquilibrium(Session& session, const PhaseEquilibriumArguments& argumen
     requireText(arguments.condition1, L"Empty string is not valid for condition 1 name");
     requireText(arguments.condition2, L"Empty string is not valid for condition 2 name");
     const bool isMass = readBasis(arguments.basis);
-    if (isOmittedNumber(arguments.condition1Value)) {
+    if (isMissing(arguments.condition1Value)) {
         throw CWStrException{L"Condition 1 not specified"};
     }
-    if (isOmittedNumber(arguments.condition2Value)) {
+    if (isMissing(arguments.condition2Value)) {
         throw CWStrException{L"Condition 2 not specified"};
     }
     const com::variant filler = readFiller(arguments.noNumber);
     const std::shared_ptr<PropertyPackage> package = readPackage(session, arguments.packageName);
     package->ensureMaterial();
     const bool normalize = readFlag(arguments.normalizeComposition, L"normalizeComposition", true);
-    const std::vector<double> composition =
-        readComposition(arguments.overallComposition, *package, normalize, L"overall composition");
+    const std::vector<double> composition = readReals(arguments.overallComposition, normalize);
+    requireComposition(composition, *package, L"overall composition");
     const EquilibriumOptions options = readOptions(arguments.options);
     if (!options.phaseResults && !options.overallResults) {
         throw CWStrException{L"Either overall phase or phases must be included; no output"};
     }
 
     const com::unique_bstr solutionType = com::makeBstr(options.solutionType);
-    double overallT = missing;
-    double overallP = missing;
+    double overallT = missingNumber;
+    double overallP = missingNumber;
     std::size_t extraValues = 0;
     for (const ExtraProperty& extra : options.extraProperties) {
         extraValues += valuesOf(extra, composition.size());
@@ -153,6 +148,9 @@ void phaseEquilibrium(Session& session, const PhaseEquilibriumArguments& argumen
 
     ArrayVariant labels = package->phaseLabels().copy();
     requireVector(labels, VT_BSTR, {});
+    if (static_cast<std::size_t>(labels.count) != results.phases.size()) {
+        throw CWStrException{changedMeanwhile};
+    }
     for (std::size_t i = 0; i < results.phases.size() && !options.extraProperties.empty(); ++i) {
         EquilibriumRow& phase = results.phases[i];
         if (phase.present) {

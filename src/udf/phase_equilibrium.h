@@ -5,7 +5,8 @@
 
 namespace quorvane::udf {
 
-/// The arguments of CapeOpenPhaseEquilibrium in its order; all of them borrowed.
+/// The arguments of CapeOpenPhaseEquilibrium in its order; all of them borrowed. The condition values have
+/// the units of EquilibriumCondition.
 struct PhaseEquilibriumArguments {
     BSTR packageName;
     const VARIANT& overallComposition;

@@ -16,7 +16,7 @@ com::com_ptr<IDispatch>& heldApplication() {
 
 } // namespace
 
-IDispatch* Session::application() noexcept { return heldApplication().get(); }
+com::com_ptr<IDispatch> Session::application() noexcept { return heldApplication(); }
 
 void Session::connect(IDispatch* application) {
     heldApplication().reset();
@@ -36,7 +36,7 @@ void Session::beginShutdown() {
 PackageTable& Session::currentWorkbook() {
     com::com_ptr<IDispatch> workbook;
     try {
-        workbook = readObject(application(), L"ActiveWorkbook");
+        workbook = readObject(application().get(), L"ActiveWorkbook");
     } catch (const WException&) {
         throw CWStrException{L"Cannot determine current workbook"};
     }
@@ -47,11 +47,12 @@ PackageTable& Session::currentWorkbook() {
 }
 
 void Session::handOver(IQuorvaneVSTOServices* services) noexcept {
-    if (handedOver_) {
-        return;
+    if (handedOver_ || handingOver_) {
+        return; // a front end may call the add-in as soon as it has the services
     }
+    handingOver_ = true;
     try {
-        const auto addIns = readObject(application(), L"COMAddIns");
+        const auto addIns = readObject(application().get(), L"COMAddIns");
         const auto addIn = readItem(addIns.get(), L"Quorvane");
         const auto frontEnd = readObject(addIn.get(), L"Object");
         if (const auto context = frontEnd.tryAs<IQuorvaneVSTOContext>()) {
@@ -60,6 +61,7 @@ void Session::handOver(IQuorvaneVSTOServices* services) noexcept {
     } catch (...) {
         // Excel without the front end is a normal state, not a failure.
     }
+    handingOver_ = false;
 }
 
 } // namespace quorvane

@@ -10,6 +10,12 @@ namespace quorvane {
 
 class Session {
   public:
+    Session() = default;
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    /// Excel need not say goodbye before it lets go of the add-in.
+    ~Session() { store_.clear(); }
+
     /// Takes Excel's application object, or lets go of the one held when `application` is null or is not
     /// Excel's.
     void connect(IDispatch* application);
@@ -20,7 +26,7 @@ class Session {
 
     /// Excel's application object, one for the whole process; null while the add-in is not connected.
     /// Borrowed.
-    static IDispatch* application() noexcept;
+    static com::com_ptr<IDispatch> application() noexcept;
 
     WorkbookStore& store() noexcept { return store_; }
 
@@ -35,6 +41,7 @@ class Session {
   private:
     WorkbookStore store_;
     bool handedOver_ = false;
+    bool handingOver_ = false;
 };
 
 } // namespace quorvane

@@ -112,18 +112,5 @@ TEST_F(Information, SuccessLeavesNoErrorInformation) {
     show(L"CapeOpenCompounds", text(L"P"));
     EXPECT_EQ(errorInfo(), "");
 }
-TEST_F(Information, FunctionsStillToComeSayNotImplemented) {
-    attach();
-    EXPECT_EQ(show(L"CapeOpenCompoundConstant", text(L"P"), text(L"criticalTemperature")), "Not implemented");
-    EXPECT_EQ(show(L"CapeOpenTemperatureDependentProperty", text(L"P"), text(L"vaporPressure"), number(300)),
-              "Not implemented");
-    EXPECT_EQ(show(L"CapeOpenMixtureProperty", text(L"P"), text(L"enthalpy"), text(L"Vapor"), number(300),
-                   number(1e5), cells({1, 1, 1})),
-              "Not implemented");
-    EXPECT_EQ(show(L"CapeOpenTwoPhaseProperty", text(L"P"), text(L"kvalue"), text(L"Vapor"), text(L"Liquid"),
-                   number(300), number(1e5), cells({1, 1, 1}), cells({1, 1, 1})),
-              "Not implemented");
-    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Not implemented");
-}
 
 } // namespace

@@ -1,0 +1,55 @@
+// Constants and temperature-dependent properties of a PropertyPackage's compounds.
+#include "src/foundation/error_texts.h"
+#include "src/package/lent_texts.h"
+#include "src/package/property_package.h"
+
+namespace quorvane {
+
+namespace {
+
+// Some values may be missing; the others are there all the same.
+void requireValues(HRESULT code, IUnknown* source) {
+    if (code != static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR)) {
+        requireSuccess(code, source, {});
+    }
+}
+
+} // namespace
+
+// By the standard's convention no identifiers at all stand for all compounds.
+ArrayVariant PropertyPackage::compoundIds(std::int32_t compound) const {
+    ArrayVariant ids;
+    if (compound >= 0) {
+        ArrayVariant all = compoundData_[CompoundList_Ids].copy();
+        requireVector(all, VT_BSTR, {});
+        if (compound >= all.count) {
+            throw CWStrException{changedMeanwhile};
+        }
+        ids.createVector(1, VT_BSTR);
+        std::swap(ids.elements<BSTR>()[0], all.elements<BSTR>()[static_cast<std::size_t>(compound)]);
+        ids.unlock();
+    }
+    return ids;
+}
+
+ArrayVariant PropertyPackage::compoundConstant(BSTR constantName, std::int32_t compound) {
+    loadCompounds();
+    const ArrayVariant ids = compoundIds(compound);
+    const LentTexts names{propertyNameArray1_, {constantName}};
+    ArrayVariant values;
+    requireValues(compounds_->GetCompoundConstant(names.value(), ids.value, values.put()), compounds_.get());
+    return values;
+}
+
+ArrayVariant PropertyPackage::temperatureDependentProperty(BSTR propertyName, double T,
+                                                           std::int32_t compound) {
+    loadCompounds();
+    const ArrayVariant ids = compoundIds(compound);
+    const LentTexts names{propertyNameArray1_, {propertyName}};
+    ArrayVariant values;
+    requireValues(compounds_->GetTDependentProperty(names.value(), T, ids.value, values.put()),
+                  compounds_.get());
+    return values;
+}
+
+} // namespace quorvane

@@ -1,0 +1,65 @@
+// Packages and front ends that call back into the add-in in the middle of a call.
+#include "tests/src/server/worksheet.h"
+
+using namespace tests;
+
+namespace {
+
+class ReEntrancy : public Worksheet {
+  protected:
+    void SetUp() override {
+        Worksheet::SetUp();
+        attach();
+    }
+    void edit() {
+        VARIANT_BOOL changed = VARIANT_FALSE;
+        addIn->EditWorkbookPP(book(), com::makeBstr(L"P").get(), &changed);
+    }
+};
+
+TEST_F(ReEntrancy, ACalculationInsideACalculationIsRefused) {
+    std::string inner;
+    package->hook("CalcEquilibrium", [&](scripted::Call& call) {
+        inner = flash({});
+        return call.healthy();
+    });
+    const std::string outer = flash({});
+    EXPECT_EQ(inner, "Property package is already calculating");
+    package->recovers("CalcEquilibrium");
+    EXPECT_EQ(outer, flash({})) << "the outer calculation is not disturbed";
+}
+TEST_F(ReEntrancy, APackageEditedDuringItsCalculationFailsIt) {
+    package->hook("CalcEquilibrium", [&](scripted::Call& call) {
+        edit();
+        return call.healthy();
+    });
+    EXPECT_EQ(flash({}), "Property package was changed during the calculation");
+    package->recovers("CalcEquilibrium");
+    EXPECT_NE(flash({}), "Property package was changed during the calculation");
+}
+TEST_F(ReEntrancy, APackageEditedWhileItTakesTheMaterialFailsTheCall) {
+    package->hook("SetMaterial", [&](scripted::Call& call) {
+        edit();
+        return call.healthy();
+    });
+    EXPECT_EQ(flash({}), "Property package was changed during the calculation");
+}
+TEST_F(ReEntrancy, AShutdownDuringACalculationEndsInAResult) {
+    package->hook("CalcEquilibrium", [&](scripted::Call& call) {
+        events->OnBeginShutdown(nullptr);
+        return call.healthy();
+    });
+    EXPECT_NE(flash({}), "");
+    EXPECT_EQ(scripted::liveObjects(), 0);
+}
+TEST_F(ReEntrancy, APackageMayLookAroundInItsWorkbookWhileItIsReleased) {
+    std::string names;
+    package->hook("Terminate", [&](scripted::Call&) {
+        names = show(L"CapeOpenPackageNames");
+        return S_OK;
+    });
+    EXPECT_EQ(addIn->CloseWorkbook(book()), S_OK);
+    EXPECT_EQ(names, "No CAPE-OPEN packages are loaded");
+}
+
+} // namespace
