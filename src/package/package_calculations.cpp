@@ -78,8 +78,8 @@ PropertyPackage::calcSinglePhaseProperty(BSTR propName, BSTR phaseLabel, double 
                         compositionIsMass, info);
         const LentTexts names{propertyNameArray1_, {propName}};
         const HRESULT code = propertyRoutine_->CalcSinglePhaseProp(names.value(), phaseLabel);
-        requireSuccess(code, propertyRoutine_.get(), {});
         calculation.requireSamePackage();
+        requireSuccess(code, propertyRoutine_.get(), {});
     }
     const std::vector<double>& result = requireCalculated(*material_);
     if (material_->resultBasis == Basis_Undefined || info.moleConversion == 0) {
@@ -152,9 +152,9 @@ const std::vector<double>& PropertyPackage::calcTwoPhaseProperty(
     material_->composition2.basis = basisOf(compositionIsMass);
     const LentTexts names{propertyNameArray1_, {propName}};
     const LentTexts labels{propertyNameArray2_, {phase1, phase2}};
-    requireSuccess(propertyRoutine_->CalcTwoPhaseProp(names.value(), labels.value()), propertyRoutine_.get(),
-                   {});
+    const HRESULT code = propertyRoutine_->CalcTwoPhaseProp(names.value(), labels.value());
     calculation.requireSamePackage();
+    requireSuccess(code, propertyRoutine_.get(), {});
     return requireCalculated(*material_);
 }
 
@@ -213,10 +213,10 @@ const std::vector<PhaseResult>& PropertyPackage::calcEquilibrium(const Equilibri
         specification(condition2, material_->specifications[1], isMass, phaseFractionGiven);
     const bool useSolutionType = phaseFractionGiven && !com::viewOf(solutionType).empty();
     const com::unique_bstr unspecified = useSolutionType ? com::unique_bstr{} : com::makeBstr(L"Unspecified");
-    requireSuccess(equilibriumRoutine_->CalcEquilibrium(first.value, second.value,
-                                                        useSolutionType ? solutionType : unspecified.get()),
-                   equilibriumRoutine_.get(), {});
+    const HRESULT code = equilibriumRoutine_->CalcEquilibrium(
+        first.value, second.value, useSolutionType ? solutionType : unspecified.get());
     calculation.requireSamePackage();
+    requireSuccess(code, equilibriumRoutine_.get(), {});
     convertPhaseResults(isMass);
     outT = material_->temperature;
     outP = material_->pressure;
