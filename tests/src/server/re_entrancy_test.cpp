@@ -5,6 +5,21 @@ using namespace tests;
 
 namespace {
 
+// Looks at the add-in as soon as it has the services.
+class EagerFrontEnd final : public com::implements<com::COMObject, com::RefusedDual<IQuorvaneVSTOContext>> {
+  public:
+    void* findInterface(REFIID iid) noexcept override {
+        return implements::findInterface(iid == IID_IDispatch ? __uuidof(IQuorvaneVSTOContext) : iid);
+    }
+    HRESULT STDMETHODCALLTYPE SetServices(IQuorvaneVSTOServices* services) noexcept override {
+        ++calls;
+        com::variant names;
+        return services->CapeOpenPackageNames(com::variant::missing(), &names);
+    }
+
+    int calls = 0;
+};
+
 class ReEntrancy : public Worksheet {
   protected:
     void SetUp() override {
@@ -60,6 +75,18 @@ TEST_F(ReEntrancy, APackageMayLookAroundInItsWorkbookWhileItIsReleased) {
     });
     EXPECT_EQ(addIn->CloseWorkbook(book()), S_OK);
     EXPECT_EQ(names, "No CAPE-OPEN packages are loaded");
+}
+
+TEST_F(ReEntrancy, AFrontEndMayCallTheAddInWhileItReceivesTheServices) {
+    const auto eager = com::make<EagerFrontEnd>();
+    excel->addIns().clear();
+    excel->addIns().add(sheet::excel::frontEndName, com::com_ptr<IDispatch>::share(eager.get()));
+    events->OnDisconnection(ext_dm_UserClosed, nullptr);
+    addIn = AddIn::instance().create();
+    events = addIn.tryAs<_IDTExtensibility2>();
+    frontEnd->letGo();
+    EXPECT_EQ(events->OnConnection(excel->dispatch(), ext_cm_Startup, nullptr, nullptr), S_OK);
+    EXPECT_EQ(eager->calls, 1);
 }
 
 } // namespace
