@@ -76,13 +76,16 @@ std::int32_t readSelection(const VARIANT& argument, std::int32_t count, const Se
 
 } // namespace
 
-std::shared_ptr<PropertyPackage> readPackage(Session& session, BSTR name) {
-    const std::wstring_view text = com::viewOf(name);
-    if (text.empty()) {
-        throw CWStrException{L"Empty string is not valid for package name"};
+void requireText(BSTR text, const wchar_t* message) {
+    if (com::viewOf(text).empty()) {
+        throw CWStrException{message};
     }
+}
+
+std::shared_ptr<PropertyPackage> readPackage(Session& session, BSTR name) {
+    requireText(name, L"Empty string is not valid for package name");
     const PackageTable& table = session.currentWorkbook();
-    const auto entry = table.find(std::wstring{text});
+    const auto entry = table.find(std::wstring{com::viewOf(name)});
     if (entry == table.end()) {
         throw CWStrException{L"Invalid package name"};
     }

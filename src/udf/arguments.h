@@ -10,6 +10,9 @@ namespace quorvane::udf {
 /// What a compound or phase argument selects: a 0-based position, or all of them.
 constexpr std::int32_t selectAll = -1;
 
+/// Throws CWStrException with `message` for a null or empty text.
+void requireText(BSTR text, const wchar_t* message);
+
 /// The package of the active workbook with exactly this name.
 std::shared_ptr<PropertyPackage> readPackage(Session& session, BSTR name);
 

@@ -73,16 +73,10 @@ void convertConstants(ArrayVariant& values, const PropertyPackage& package, cons
     values.unlock();
 }
 
-void requireName(BSTR name, const wchar_t* message) {
-    if (com::viewOf(name).empty()) {
-        throw CWStrException{message};
-    }
-}
-
 } // namespace
 
 void compoundConstant(Session& session, const CompoundPropertyArguments& arguments, VARIANT& result) {
-    requireName(arguments.propertyName, L"Empty string is not valid for constant name");
+    requireText(arguments.propertyName, L"Empty string is not valid for constant name");
     const bool isMass = readBasis(arguments.basis);
     const std::shared_ptr<PropertyPackage> package = readPackage(session, arguments.packageName);
     const std::int32_t compound = readCompound(*package, arguments.compound);
@@ -103,7 +97,7 @@ void compoundConstant(Session& session, const CompoundPropertyArguments& argumen
 
 void temperatureDependentProperty(Session& session, const CompoundPropertyArguments& arguments, double T,
                                   VARIANT& result) {
-    requireName(arguments.propertyName, L"Empty string is not valid for property name");
+    requireText(arguments.propertyName, L"Empty string is not valid for property name");
     const bool isMass = readBasis(arguments.basis);
     const std::shared_ptr<PropertyPackage> package = readPackage(session, arguments.packageName);
     const std::int32_t compound = readCompound(*package, arguments.compound);

@@ -10,12 +10,6 @@ namespace quorvane::udf {
 
 namespace {
 
-void requireName(BSTR name, const wchar_t* message) {
-    if (com::viewOf(name).empty()) {
-        throw CWStrException{message};
-    }
-}
-
 // An omitted number arrives as the lowest finite double.
 void requirePositive(double value, const wchar_t* missing, const wchar_t* notPositive) {
     if (isMissing(value)) {
@@ -117,8 +111,8 @@ void layOut(std::span<const double> values, const PropertyInfo& info, std::size_
 } // namespace
 
 void mixtureProperty(Session& session, const MixturePropertyArguments& arguments, VARIANT& result) {
-    requireName(arguments.propertyName, L"Empty string is not valid for property name");
-    requireName(arguments.phaseName, L"Empty string is not valid for phase name");
+    requireText(arguments.propertyName, L"Empty string is not valid for property name");
+    requireText(arguments.phaseName, L"Empty string is not valid for phase name");
     const bool resultIsMass = readBasis(arguments.propertyBasis);
     const bool compositionIsMass = readBasis(arguments.compositionBasis);
     requireConditions(arguments.T, arguments.P);
@@ -135,9 +129,9 @@ void mixtureProperty(Session& session, const MixturePropertyArguments& arguments
 }
 
 void twoPhaseProperty(Session& session, const TwoPhasePropertyArguments& arguments, VARIANT& result) {
-    requireName(arguments.propertyName, L"Empty string is not valid for property name");
-    requireName(arguments.phase1Name, L"Empty string is not valid for phase name");
-    requireName(arguments.phase2Name, L"Empty string is not valid for phase name");
+    requireText(arguments.propertyName, L"Empty string is not valid for property name");
+    requireText(arguments.phase1Name, L"Empty string is not valid for phase name");
+    requireText(arguments.phase2Name, L"Empty string is not valid for phase name");
     if (equalsNoCase(arguments.phase1Name, arguments.phase2Name)) {
         throw CWStrException{L"Phases cannot be equal"};
     }

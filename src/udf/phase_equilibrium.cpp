@@ -11,12 +11,6 @@ namespace quorvane::udf {
 
 namespace {
 
-void requireText(BSTR text, const wchar_t* message) {
-    if (com::viewOf(text).empty()) {
-        throw CWStrException{message};
-    }
-}
-
 // What stands in cells that have no number: an empty text, or what the user asked for.
 com::variant readFiller(const VARIANT& argument) {
     const VARIANT given = withoutReference(argument);
