@@ -56,10 +56,11 @@ windows_path() {
 
 # windows PROGRAM [ARGUMENT...]: runs a Windows program, whose lines arrive ending as they do here. The status is the
 # program's. The pipe also keeps Wine from changing the terminal's mode.
-windows() { wine "$@" </dev/null | tr -d '\r'; }
+windows() { wine "$@" </dev/null 9>&- | tr -d '\r'; }
 
 # enter_wine: from here to the end of the script the prefix belongs to this script alone, and its server keeps
-# running, so that Windows programs start at once. A script that is called by such a script shares in that.
+# running with Windows' services, so that Windows programs start at once. A script that is called by such a script
+# shares in that.
 enter_wine() {
     [ -z "${QUORVANE_IN_WINE:-}" ] || return 0
     export QUORVANE_IN_WINE=1
@@ -73,9 +74,12 @@ enter_wine() {
     trap 'exit 143' TERM
     [ -e "$WINEPREFIX/.complete" ] || make_prefix
     start_wine_server
+    # The first program starts the services, which keep its output open: whoever captured it would wait for them.
+    wine cmd /c exit </dev/null >/dev/null 2>&1 9>&- || die 'Wine does not start'
 }
 
-# Should the script be killed, the server ends a minute after its last program; the lock is free at once.
+# Should the script be killed, the server ends a minute after its last program; the lock is free at once, because
+# nothing of Wine inherits it (9>&-).
 start_wine_server() { wineserver -p60 9>&-; }
 
 leave_wine() { wineserver -k 2>/dev/null || true; }
@@ -86,8 +90,8 @@ make_prefix() {
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
     start_wine_server
-    logged wine.prefix wineboot -i
-    logged wine.classes wine "$release_bin/link_user_classes.exe"
+    logged wine.prefix wineboot -i 9>&-
+    logged wine.classes wine "$release_bin/link_user_classes.exe" 9>&-
     # The server writes the registry to disk when it ends.
     leave_wine
     wineserver -w
