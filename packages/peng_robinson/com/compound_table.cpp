@@ -2,6 +2,7 @@
 
 #include "packages/peng_robinson/com/values.h"
 #include "packages/peng_robinson/eos/constants.h"
+#include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/pure_saturation.h"
 
 #include <algorithm>
@@ -16,8 +17,21 @@ using Number = std::optional<double>;
 
 eos::PengRobinson modelOf(const Compound& c) { return eos::PengRobinson{{{c.Tc, c.Pc, c.acentricFactor}}}; }
 
+// Empty where the compound does not boil, and where it does so at a pressure too small for a number.
 std::optional<eos::Saturation> saturation(const Compound& c, double T) {
-    return T < c.Tc ? std::optional{eos::saturationAtTemperature(modelOf(c), T)} : std::nullopt;
+    try {
+        return T < c.Tc ? std::optional{eos::saturationAtTemperature(modelOf(c), T)} : std::nullopt;
+    } catch (const eos::NotAvailable&) {
+        return std::nullopt;
+    }
+}
+
+Number boilingTemperature(const Compound& c, double P) {
+    try {
+        return P < c.Pc ? Number{eos::saturationAtPressure(modelOf(c), P).T} : std::nullopt;
+    } catch (const eos::NotAvailable&) {
+        return std::nullopt;
+    }
 }
 
 Number heatOfVaporization(const Compound& c, double T) {
@@ -78,10 +92,7 @@ constexpr std::array temperatureTable{
 };
 
 constexpr std::array pressureTable{
-    DependentRow{L"boilingPointTemperature",
-                 [](const Compound& c, double P) {
-                     return P < c.Pc ? Number{eos::saturationAtPressure(modelOf(c), P).T} : std::nullopt;
-                 }},
+    DependentRow{L"boilingPointTemperature", boilingTemperature},
 };
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "packages/peng_robinson/eos/active.h"
+#include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/flash.h"
 #include "packages/peng_robinson/eos/phase_split.h"
 #include "packages/peng_robinson/eos/stability.h"
+#include "packages/peng_robinson/eos/text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -53,12 +55,18 @@ bool isLower(const PhaseSplit& candidate, const std::optional<PhaseSplit>& best)
     return !best || gibbsEnergy(candidate) < gibbsEnergy(*best) - 1e-12;
 }
 
-/// The split of lowest Gibbs energy that the tangent-plane test of the feed leads to.
+// A feed below its tangent plane by more than this is certainly not one phase; nearer to it, at the very
+// border of the two phases, one phase is as good an answer.
+constexpr double provenDistance = -1e-8;
+
+/// The split of lowest Gibbs energy that the tangent-plane test of the feed leads to; empty for a stable
+/// feed. Throws NoConvergence for a feed that is not stable when no split of it is found.
 std::optional<PhaseSplit> bestSplit(const Isotherm& isotherm, double P, std::span<const double> z,
                                     const PhaseState& feed) {
     std::optional<PhaseSplit> best;
     double previous = 0.0;
-    for (const TrialPhase& trial : unstableTrials(isotherm, P, z, feed)) {
+    const std::vector<TrialPhase> trials = unstableTrials(isotherm, P, z, feed);
+    for (const TrialPhase& trial : trials) {
         if (std::abs(trial.distance - previous) < 1e-6 * std::abs(previous)) {
             continue; // the same stationary point, found from another start
         }
@@ -68,6 +76,11 @@ std::optional<PhaseSplit> bestSplit(const Isotherm& isotherm, double P, std::spa
         if (split && isLower(*split, best)) {
             best = std::move(split);
         }
+    }
+    if (!best && !trials.empty() && trials.front().distance < provenDistance) {
+        throw NoConvergence{"The mixture forms two phases at " + numberText(isotherm.T()) + " K and " +
+                            numberText(P) +
+                            " Pa, but their compositions were not found; try a higher temperature"};
     }
     return best;
 }

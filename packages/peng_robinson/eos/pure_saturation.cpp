@@ -5,12 +5,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace peng_robinson::eos {
 namespace {
 
 constexpr double one[] = {1.0};
+
+// Pa. The last coefficient of the cubic goes with the square of the pressure: at lower pressures it
+// underflows and takes the volume of the liquid with it.
+constexpr double smallestPressure = 1e-140;
 
 // With eta = v/b, (b/RT) P = 1/(eta - 1) - tau/(eta^2 + 2 eta - 1), where tau = a/(b R T).
 double reducedPressure(double eta, double tau) { return 1.0 / (eta - 1.0) - tau / (eta * (eta + 2.0) - 1.0); }
@@ -50,24 +53,27 @@ Saturation saturationAtTemperature(const PengRobinson& pure, double T) {
     const double high = unit * reducedPressure(spinodalVolume(2.0 * tau + 4.0, critical, tau), tau);
 
     // ln phi(liquid) - ln phi(vapour) falls by Z(vapour) - Z(liquid) for each unit of ln P, nearly linearly.
-    double lower = low > 0.0 ? std::log(low) : -std::numeric_limits<double>::infinity();
+    const auto lnPhiDifference = [](const PhaseState& liquid, const PhaseState& vapor) {
+        return liquid.lnPhi[0] - vapor.lnPhi[0];
+    };
+    if (!(low > 0.0) && lnPhiDifference(isotherm.phase(smallestPressure, one, Root::liquid),
+                                        isotherm.phase(smallestPressure, one, Root::vapor)) < 0.0) {
+        throw NotAvailable{"The vapor pressure at " + numberText(T) + " K is too small to be calculated"};
+    }
+    double lower = std::log(std::max(low, smallestPressure));
     double upper = std::log(high);
-    double lnP = std::isfinite(lower) ? 0.5 * (lower + upper) : upper - 1.0;
+    double lnP = low > 0.0 ? 0.5 * (lower + upper) : upper - 1.0;
     for (int i = 0; i < 200; ++i) {
         const double P = std::exp(lnP);
         const PhaseState liquid = isotherm.phase(P, one, Root::liquid);
         const PhaseState vapor = isotherm.phase(P, one, Root::vapor);
-        const double difference = liquid.lnPhi[0] - vapor.lnPhi[0];
+        const double difference = lnPhiDifference(liquid, vapor);
         (difference > 0.0 ? lower : upper) = lnP;
         const double next = lnP + difference / (vapor.Z - liquid.Z);
         if (std::abs(next - lnP) <= 4e-16 * std::abs(lnP)) {
             break;
         }
-        if (next > lower && next < upper) {
-            lnP = next;
-        } else {
-            lnP = std::isfinite(lower) ? 0.5 * (lower + upper) : lnP - 1.0;
-        }
+        lnP = next > lower && next < upper ? next : 0.5 * (lower + upper);
     }
     const double P = std::exp(lnP);
     return {T, P, isotherm.phase(P, one, Root::vapor, {.thermal = true}),
@@ -80,6 +86,9 @@ Saturation saturationAtPressure(const PengRobinson& pure, double P) {
         throw OutOfRange{"A pure compound boils only below its critical pressure of " + numberText(Pc) +
                              " Pa",
                          P, 0.0, Pc};
+    }
+    if (P < smallestPressure) {
+        throw NotAvailable{"The boiling temperature at " + numberText(P) + " Pa cannot be calculated"};
     }
     // Wilson's estimate, then Newton's method in 1/T, in which ln P is almost straight.
     double T = std::min(Tc * 0.9999, Tc / (1.0 - std::log(P / Pc) / (5.373 * (1.0 + w))));

@@ -12,10 +12,12 @@ struct Saturation {
     double heatOfVaporization() const { return vapor.residualEnthalpy - liquid.residualEnthalpy; }
 };
 
-/// Throws OutOfRange at or above the critical temperature.
+/// Throws OutOfRange at or above the critical temperature, NotAvailable where the vapor pressure is too small
+/// for floating-point numbers (n-decane at 10 K).
 Saturation saturationAtTemperature(const PengRobinson& pure, double T);
 
-/// Throws OutOfRange at or above the critical pressure.
+/// Throws OutOfRange at or above the critical pressure, NotAvailable for pressures too small for
+/// floating-point numbers.
 Saturation saturationAtPressure(const PengRobinson& pure, double P);
 
 } // namespace peng_robinson::eos

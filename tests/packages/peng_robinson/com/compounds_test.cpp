@@ -43,6 +43,7 @@ TEST_F(Compounds, SixListsOfEqualLength) {
     EXPECT_EQ(realsOf(boiling).size(), expected);
     EXPECT_EQ(realsOf(weights).size(), expected);
     EXPECT_EQ(textsOf(ids)[6], L"isobutane");
+    EXPECT_EQ(textsOf(names)[6], L"isobutane");
     EXPECT_EQ(textsOf(names), textsOf(ids)) << "users select a compound by the name that they see";
     EXPECT_EQ(textsOf(cas)[6], L"75-28-5");
     EXPECT_EQ(realsOf(weights)[6], 58.1222);
@@ -67,6 +68,12 @@ TEST_F(Compounds, ConstantsComePropertyByProperty) {
     EXPECT_EQ(values[1].dblVal, 369.89);
     EXPECT_EQ(com::viewOf(values[2].bstrVal), L"74-82-8");
     EXPECT_EQ(com::viewOf(values[3].bstrVal), L"74-98-6");
+}
+
+TEST_F(Compounds, SystematicNameIsAConstant) {
+    const auto values = constant({L"iupacName"}, texts({L"isobutane"}));
+    ASSERT_EQ(values.size(), 1u);
+    EXPECT_EQ(com::viewOf(values[0].bstrVal), L"2-methylpropane");
 }
 
 TEST_F(Compounds, NoIdentifiersMeansAllCompounds) {
@@ -137,6 +144,20 @@ TEST_F(Compounds, VaporPressureAboveTheCriticalTemperatureIsMissing) {
     ASSERT_EQ(values.size(), 2u);
     EXPECT_TRUE(std::isnan(values[0]));
     EXPECT_GT(values[1], 0.0);
+}
+
+TEST_F(Compounds, VaporPressureTooSmallToCalculateIsMissing) {
+    for (const wchar_t* property : {L"vaporPressure", L"heatOfVaporization", L"volumeOfLiquid"}) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring{property}));
+        const Reals values = atTemperature({property}, 10.0, {L"hydrogen", L"n-decane", L"nitrogen"},
+                                           static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR));
+        ASSERT_EQ(values.size(), 3u);
+        EXPECT_GT(values[0], 0.0);
+        EXPECT_TRUE(std::isnan(values[1]));
+        EXPECT_GT(values[2], 0.0);
+        EXPECT_EQ(lastFailure(object.get()).description,
+                  L"No value for " + std::wstring{property} + L" of n-decane; the other values are valid");
+    }
 }
 
 TEST_F(Compounds, TemperatureOutOfRangeTellsTheRange) {

@@ -68,6 +68,27 @@ TEST(PureSaturation, NothingBoilsAtTheCriticalPointOrAbove) {
     }
 }
 
+TEST(PureSaturation, VaporPressureTooSmallForTheMachineIsNotAvailable) {
+    const PengRobinson model = pure(*findCompound("n-decane"));
+    try {
+        saturationAtTemperature(model, 10.0);
+        FAIL() << "the vapor pressure of n-decane at 10 K is some 1e-700 Pa";
+    } catch (const NotAvailable& error) {
+        EXPECT_STREQ(error.what(), "The vapor pressure at 10 K is too small to be calculated");
+    }
+}
+
+TEST(PureSaturation, VaporPressureIsThereUntilItUnderflows) {
+    const PengRobinson model = pure(*findCompound("n-decane"));
+    double T = 60.0;
+    for (double previous = saturationAtTemperature(model, T).P; T > 24.5; T -= 1.0) {
+        const Saturation at = saturationAtTemperature(model, T);
+        EXPECT_LE(at.P, previous) << T;
+        EXPECT_NEAR(at.vapor.lnPhi[0], at.liquid.lnPhi[0], 1e-10) << T;
+        previous = at.P;
+    }
+}
+
 TEST(PureFlash, TemperatureAndPressureGiveOnePhase) {
     const PengRobinson model = pure(*findCompound("propane"));
     const double P = saturationAtTemperature(model, 300.0).P;
