@@ -16,6 +16,16 @@ com::com_ptr<Interface> requireInterface(IDispatch* object, const wchar_t* name)
     return found;
 }
 
+// What the material hands over is no argument of the call: when it cannot be read, the material is at fault.
+template <auto Read>
+auto handedOver(const VARIANT& value, const wchar_t* what) {
+    try {
+        return Read(value, what, 1);
+    } catch (const ArgumentError& error) {
+        throw CapeError{ECapeFailedInitialisationHR, error.description()};
+    }
+}
+
 // Another client of the same standard may know a compound by the identifier that this package gave out, or,
 // when the list came from elsewhere, by its CAS number.
 const eos::Compound* recognise(std::wstring_view id, std::wstring_view cas) {
@@ -41,10 +51,10 @@ std::vector<const eos::Compound*> readCompounds(IDispatch* object) {
     if (isUndefined(ids)) {
         throw CapeError{ECapeFailedInitialisationHR, L"The material object has no compounds"};
     }
-    const std::vector<std::wstring> idTexts = readTexts(ids, L"compounds of the material object", 1);
+    const std::vector<std::wstring> idTexts = handedOver<readTexts>(ids, L"compounds of the material object");
     std::vector<std::wstring> casTexts;
     if (!isUndefined(casNumbers)) {
-        casTexts = readTexts(casNumbers, L"CAS numbers of the material object", 1);
+        casTexts = handedOver<readTexts>(casNumbers, L"CAS numbers of the material object");
     }
     casTexts.resize(idTexts.size());
     std::vector<const eos::Compound*> compounds;
@@ -113,7 +123,7 @@ Material::PhaseConditions Material::conditionsOf(std::wstring_view phaseLabel) c
     com::variant fractions;
     requireRead(material_->GetTPFraction(label.get(), &conditions.T, &conditions.P, &fractions),
                 ofPhase(L"temperature, pressure and composition", phaseLabel));
-    conditions.x = readReals(fractions, L"fractions of the material object", 1);
+    conditions.x = handedOver<readReals>(fractions, L"fractions of the material object");
     if (conditions.x.size() != fluid_.size()) {
         throw CapeError{ECapeFailedInitialisationHR,
                         L"The material object has not one fraction for each of its compounds in the phase " +
@@ -126,7 +136,7 @@ std::vector<double> Material::overallComposition() const {
     const com::unique_bstr property = com::makeBstr(L"fraction"), basis = com::makeBstr(L"Mole");
     com::variant values;
     requireRead(material_->GetOverallProp(property.get(), basis.get(), &values), L"the overall composition");
-    std::vector<double> x = readReals(values, L"fractions of the material object", 1);
+    std::vector<double> x = handedOver<readReals>(values, L"fractions of the material object");
     if (x.size() != fluid_.size()) {
         throw CapeError{ECapeFailedInitialisationHR,
                         L"The material object has not one overall fraction for each of its compounds"};
@@ -139,7 +149,7 @@ double Material::overallValue(const std::wstring& property, const wchar_t* basis
     const std::wstring what = L"the overall " + property;
     com::variant values;
     requireRead(material_->GetOverallProp(name.get(), basisText.get(), &values), what);
-    return single(readReals(values, L"values of the material object", 1), what);
+    return single(handedOver<readReals>(values, L"values of the material object"), what);
 }
 
 double Material::phaseValue(const std::wstring& property, const std::wstring& phaseLabel,
@@ -149,7 +159,7 @@ double Material::phaseValue(const std::wstring& property, const std::wstring& ph
     const std::wstring what = ofPhase(L"the " + property, phaseLabel);
     com::variant values;
     requireRead(material_->GetSinglePhaseProp(name.get(), label.get(), basisText.get(), &values), what);
-    return single(readReals(values, L"values of the material object", 1), what);
+    return single(handedOver<readReals>(values, L"values of the material object"), what);
 }
 
 std::optional<std::vector<std::wstring>> Material::presentPhases() const {
@@ -160,7 +170,7 @@ std::optional<std::vector<std::wstring>> Material::presentPhases() const {
     if (isUndefined(labels)) {
         return std::vector<std::wstring>{};
     }
-    return readTexts(labels, L"phases of the material object", 1);
+    return handedOver<readTexts>(labels, L"phases of the material object");
 }
 
 void Material::setOverallValue(const wchar_t* property, double value) const {

@@ -217,6 +217,30 @@ TEST_F(Equilibria, MissingValuesAreNamed) {
         routine, L"CalcEquilibrium");
 }
 
+TEST_F(Equilibria, MaterialThatHandsOutNonsenseIsNamed) {
+    material->setOverall(L"pressure", {1e6});
+    material->nonsense[L"GetSinglePhaseProp"] = texts({L"half"});
+    expectFailure(calculate(atP, atVaporFraction), ECapeFailedInitialisationHR,
+                  L"The values of the material object must be a list of numbers", routine,
+                  L"CalcEquilibrium");
+    material->nonsense[L"GetSinglePhaseProp"] = reals({0.5, 0.5});
+    expectFailure(calculate(atP, atVaporFraction), ECapeFailedInitialisationHR,
+                  L"The material object has not one value for the phaseFraction of the phase \"Vapor\"",
+                  routine, L"CalcEquilibrium");
+    material->nonsense[L"GetOverallProp"] = texts({L"a", L"b", L"c"});
+    expectFailure(calculate(atT, atP), ECapeFailedInitialisationHR,
+                  L"The fractions of the material object must be a list of numbers", routine,
+                  L"CalcEquilibrium");
+    material->nonsense[L"GetOverallProp"] = reals({0.5, 0.5});
+    expectFailure(calculate(atT, atP), ECapeFailedInitialisationHR,
+                  L"The material object has not one overall fraction for each of its compounds", routine,
+                  L"CalcEquilibrium");
+    material->nonsense[L"GetPresentPhases"] = reals({1.0, 2.0});
+    expectFailure(calculate(atT, atP), ECapeFailedInitialisationHR,
+                  L"The phases of the material object must be a list of texts", routine, L"CalcEquilibrium");
+    EXPECT_EQ(lastFailure(object.get()).name, L"ECapeFailedInitialisation");
+}
+
 TEST_F(Equilibria, ImpossibleValuesAreOutOfBounds) {
     material->setOverall(L"temperature", {-300.0});
     material->setOverall(L"pressure", {1e6});

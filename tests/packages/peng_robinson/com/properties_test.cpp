@@ -137,6 +137,18 @@ TEST_F(Properties, NothingAskedForIsRefused) {
                   L"CalcSinglePhaseProp");
 }
 
+TEST_F(Properties, FractionsThatAreNoneAreTheMaterialsFault) {
+    material->nonsense[L"GetTPFraction"] = texts({L"a", L"b", L"c"});
+    expectFailure(calculate({L"volume"}), ECapeFailedInitialisationHR,
+                  L"The fractions of the material object must be a list of numbers", routine,
+                  L"CalcSinglePhaseProp");
+    material->nonsense[L"GetTPFraction"] = reals({0.5, 0.5});
+    expectFailure(calculate({L"volume"}), ECapeFailedInitialisationHR,
+                  L"The material object has not one fraction for each of its compounds in the phase "
+                  L"\"Vapor\"",
+                  routine, L"CalcSinglePhaseProp");
+}
+
 TEST_F(Properties, MissingConditionsAreReportedWithTheMaterialsReason) {
     const auto empty = com::make<TestMaterial>(Texts{L"methane"});
     ASSERT_EQ(context->SetMaterial(empty->self()), S_OK);
@@ -295,12 +307,23 @@ TEST_F(SettingMaterials, CompoundsMustBeThereOnce) {
                   L"The material object has the compound \"Methane\" twice");
 }
 
+TEST_F(SettingMaterials, ListThatIsNoListOfCompoundsIsTheMaterialsFault) {
+    const auto material = com::make<TestMaterial>(Texts{L"methane"});
+    material->nonsense[L"GetCompoundList"] = reals({1.0});
+    expectFailure(context->SetMaterial(material->self()), ECapeFailedInitialisationHR,
+                  L"The compounds of the material object must be a list of texts",
+                  L"ICapeThermoMaterialContext", L"SetMaterial");
+}
+
 TEST_F(SettingMaterials, OtherObjectsAreNoMaterials) {
     expectFailure(context->SetMaterial(nullptr), ECapeInvalidArgumentHR, L"The material object is missing",
                   L"ICapeThermoMaterialContext", L"SetMaterial");
     expectFailure(context->SetMaterial(object.get()), ECapeInvalidArgumentHR,
                   L"The object is no material object: it has no ICapeThermoMaterial",
                   L"ICapeThermoMaterialContext", L"SetMaterial");
+    short position = 0;
+    ASSERT_EQ(object.tryAs<ECapeBadArgument>()->get_position(&position), S_OK);
+    EXPECT_EQ(position, 1);
 }
 
 } // namespace

@@ -67,22 +67,36 @@ HRESULT TestMaterial::read(const Store& store, const std::wstring& key, BSTR bas
     return S_OK;
 }
 
+bool TestMaterial::handOutNonsense(const wchar_t* method, VARIANT* out) const {
+    const auto found = nonsense.find(method);
+    if (found != nonsense.end()) {
+        com::assign(out, com::variant::copyOf(found->second));
+    }
+    return found != nonsense.end();
+}
+
 HRESULT STDMETHODCALLTYPE TestMaterial::GetOverallProp(BSTR property, BSTR basis, VARIANT* results) noexcept {
-    return read(values_, keyOf({}, com::viewOf(property)), basis, results);
+    return handOutNonsense(L"GetOverallProp", results)
+               ? S_OK
+               : read(values_, keyOf({}, com::viewOf(property)), basis, results);
 }
 
 HRESULT STDMETHODCALLTYPE TestMaterial::GetPresentPhases(VARIANT* labels, VARIANT* status) noexcept {
     if (!present) {
         return E_NOTIMPL;
     }
-    com::assign(labels, present->empty() ? com::variant{} : com::textArray(*present));
+    if (!handOutNonsense(L"GetPresentPhases", labels)) {
+        com::assign(labels, present->empty() ? com::variant{} : com::textArray(*present));
+    }
     com::assign(status, com::variant{});
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE TestMaterial::GetSinglePhaseProp(BSTR property, BSTR label, BSTR basis,
                                                            VARIANT* results) noexcept {
-    return read(values_, keyOf(com::viewOf(label), com::viewOf(property)), basis, results);
+    return handOutNonsense(L"GetSinglePhaseProp", results)
+               ? S_OK
+               : read(values_, keyOf(com::viewOf(label), com::viewOf(property)), basis, results);
 }
 
 HRESULT STDMETHODCALLTYPE TestMaterial::GetTPFraction(BSTR label, double* T, double* P, VARIANT* x) noexcept {
@@ -94,7 +108,9 @@ HRESULT STDMETHODCALLTYPE TestMaterial::GetTPFraction(BSTR label, double* T, dou
     }
     *T = temperature->values.front();
     *P = pressure->values.front();
-    com::assign(x, com::realArray(fraction->values));
+    if (!handOutNonsense(L"GetTPFraction", x)) {
+        com::assign(x, com::realArray(fraction->values));
+    }
     return S_OK;
 }
 
@@ -137,7 +153,9 @@ HRESULT STDMETHODCALLTYPE TestMaterial::SetTwoPhaseProp(BSTR property, VARIANT l
 HRESULT STDMETHODCALLTYPE TestMaterial::GetCompoundList(VARIANT* ids, VARIANT* formulae, VARIANT* names,
                                                         VARIANT* boilTemps, VARIANT* molwts,
                                                         VARIANT* casnos) noexcept {
-    com::assign(ids, compoundIds_.empty() ? com::variant{} : com::textArray(compoundIds_));
+    if (!handOutNonsense(L"GetCompoundList", ids)) {
+        com::assign(ids, compoundIds_.empty() ? com::variant{} : com::textArray(compoundIds_));
+    }
     com::assign(names, com::textArray(compoundIds_));
     for (VARIANT* unknown : {formulae, boilTemps, molwts, casnos}) {
         com::assign(unknown, com::variant{});

@@ -1,5 +1,5 @@
 // A material of the tests' own: it keeps what is set and hands it out again, converts nothing, notes every
-// write, and can be told to have no present phases or to refuse writes.
+// write, and can be told to have no present phases, to refuse writes or to hand out nonsense.
 #pragma once
 
 #include "com/dual.h"
@@ -40,6 +40,7 @@ class TestMaterial final
     std::optional<Texts> present = Texts{L"Vapor", L"Liquid"}; ///< none: GetPresentPhases fails
     std::vector<LONG> presentStatus;
     Texts twoPhaseLabels;
+    std::map<std::wstring, com::variant> nonsense; ///< what a method of that name hands out, whatever is set
     bool refusesWrites = false;
 
     // ICapeThermoMaterial
@@ -94,6 +95,7 @@ class TestMaterial final
     using Store = std::map<std::wstring, Value>;
 
     static HRESULT read(const Store& store, const std::wstring& key, BSTR basis, VARIANT* results);
+    bool handOutNonsense(const wchar_t* method, VARIANT* out) const;
 
     Texts compoundIds_;
     Store values_; ///< by "label|property" in lower case; overall values have an empty label
