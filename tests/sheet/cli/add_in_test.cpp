@@ -72,13 +72,16 @@ TEST_F(AddInTest, APackageOfAManagerIsAttached) {
 }
 
 TEST_F(AddInTest, SeveralPackagesAreToldApartByName) {
-    script(L"compounds=Heptadecane:240.47");
-    const Outcome outcome = recalcWithPackage("names,=CapeOpenPackageNames()\n"
-                                              "Gas,\"=CapeOpenCompounds(\"\"Gas\"\")\"\n"
-                                              "Pure,\"=CapeOpenCompounds(\"\"Pure\"\")\"\n",
-                                              {L"--package", L"Pure=Tarnwick.PengRobinson.1"});
+    const Outcome outcome = recalcWithPackage(
+        "names,=CapeOpenPackageNames()\n"
+        "Gas,\"=CapeOpenCompounds(\"\"Gas\"\")\"\n"
+        "Pure,\"=CapeOpenCompounds(\"\"Pure\"\")\"\n",
+        {L"--package", L"Pure=Tarnwick.PengRobinson.1", L"--array", L"B2", L"--array", L"B3"});
     EXPECT_EQ(outcome.errors, "");
-    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.output, "   A      B    C\n"
+                              "1  names  Gas  Pure\n"
+                              "2  Gas    A1\n"
+                              "3  Pure   nitrogen\n");
     EXPECT_EQ(outcome.exitCode, 0);
 }
 
@@ -139,7 +142,7 @@ TEST_F(AddInTest, WritingLeavesOtherFilesAlone) {
     program_.write(L"values.csv.tmp", "mine");
     EXPECT_EQ(recalc("1\n", {L"--out", L"values.csv"}).exitCode, 0);
     EXPECT_EQ(program_.read(L"values.csv.tmp"), "mine");
-    EXPECT_THAT(program_.files(), testing::ElementsAre("sheet.csv", "standard error", "standard output",
+    EXPECT_THAT(program_.files(), testing::ElementsAre("sheet.csv", "standard error 1", "standard output 1",
                                                        "values.csv", "values.csv.tmp"));
 }
 
@@ -152,7 +155,7 @@ TEST_F(AddInTest, AResultThatCannotBeWrittenLeavesNothingBehind) {
                                   systemText(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)) +
                                   "; check its folder, and whether another program uses it\n");
     EXPECT_THAT(program_.files(),
-                testing::ElementsAre("sheet.csv", "standard error", "standard output", "values.csv"));
+                testing::ElementsAre("sheet.csv", "standard error 1", "standard output 1", "values.csv"));
 }
 
 TEST_F(AddInTest, AFailedCellEndsWithOneAlsoWhenStandardErrorCannotBeWritten) {

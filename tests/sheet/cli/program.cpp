@@ -26,9 +26,9 @@ std::wstring quoted(const std::wstring& argument) {
     return result.append(backslashes, L'\\') + L'"';
 }
 
-// A stream of the program, caught in a file. The file is read through the handle that made it: right after
-// the program's end the system may still have the program's own handle open, and nobody else could open the
-// file.
+// A stream of the program, caught in a file. The file is read through the handle that made it, and is
+// used once: right after the program's end the system may still have the program's own handle open, and
+// nobody else could open the file.
 class Capture {
   public:
     Capture(const std::wstring& path, DWORD access) {
@@ -109,7 +109,7 @@ std::vector<std::string> Program::files() const {
     return names;
 }
 
-Outcome Program::run(const std::vector<std::wstring>& arguments, ErrorStream errorStream) const {
+Outcome Program::run(const std::vector<std::wstring>& arguments, ErrorStream errorStream) {
     const std::filesystem::path program =
         std::filesystem::path{com::thisModulePath()}.parent_path() / L"quorvane-sheet.exe";
     std::wstring line = quoted(program.wstring());
@@ -117,8 +117,9 @@ Outcome Program::run(const std::vector<std::wstring>& arguments, ErrorStream err
         line += L' ' + quoted(argument);
     }
     const DWORD readAndWrite = GENERIC_READ | GENERIC_WRITE;
-    const Capture output{pathOf(L"standard output"), readAndWrite};
-    const Capture errors{pathOf(L"standard error"),
+    const std::wstring number = std::to_wstring(++runs_);
+    const Capture output{pathOf(L"standard output " + number), readAndWrite};
+    const Capture errors{pathOf(L"standard error " + number),
                          errorStream == ErrorStream::caught ? readAndWrite : GENERIC_READ};
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;

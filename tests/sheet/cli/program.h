@@ -36,13 +36,13 @@ class Program {
     /// The names of all files in the folder, in order.
     std::vector<std::string> files() const;
 
-    Outcome run(const std::vector<std::wstring>& arguments,
-                ErrorStream errorStream = ErrorStream::caught) const;
+    Outcome run(const std::vector<std::wstring>& arguments, ErrorStream errorStream = ErrorStream::caught);
 
   private:
     std::wstring pathOf(const std::wstring& file) const { return folder_ + L"\\" + file; }
 
     std::wstring folder_;
+    int runs_ = 0;
 };
 
 } // namespace sheet::cli
