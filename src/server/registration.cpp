@@ -6,7 +6,6 @@
 
 #include <array>
 #include <quorvane_idl.h>
-#include <ranges>
 
 namespace quorvane {
 
@@ -180,8 +179,8 @@ HRESULT unregisterServer() noexcept {
     return atExport([] {
         LSTATUS firstFailure = ERROR_SUCCESS;
         const auto table = registrationTable(modulePath());
-        for (const RegistrationRow& row : table | std::views::reverse) {
-            const LSTATUS status = deleteTree(HKEY_CURRENT_USER, root + row.key);
+        for (auto row = table.rbegin(); row != table.rend(); ++row) {
+            const LSTATUS status = deleteTree(HKEY_CURRENT_USER, root + row->key);
             if (firstFailure == ERROR_SUCCESS) {
                 firstFailure = status;
             }

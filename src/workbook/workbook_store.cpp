@@ -64,7 +64,7 @@ void WorkbookStore::createPackage(WorkbookKey workbook, const std::wstring& ppNa
     }
 }
 
-bool WorkbookStore::editPackage(WorkbookKey workbook, const std::wstring& ppName) {
+bool WorkbookStore::editPackage(WorkbookKey workbook, const std::wstring& ppName) const {
     constexpr const wchar_t* notEditable = L"Property package does not support editing";
     const std::shared_ptr<PropertyPackage> package = find(workbook, ppName);
     if (!package) {

@@ -45,7 +45,7 @@ class WorkbookStore {
     /// Lets the user edit a package; true when it may have changed. An unknown package is not edited. Throws
     /// CWStrException "Property package does not support editing" or WStrException with the package's own
     /// text.
-    bool editPackage(WorkbookKey workbook, const std::wstring& ppName);
+    bool editPackage(WorkbookKey workbook, const std::wstring& ppName) const;
     void deletePackage(WorkbookKey workbook, const std::wstring& ppName);
     /// Names in the table's order, a one-dimensional array of strings; empty for an unknown workbook or an
     /// empty table.
