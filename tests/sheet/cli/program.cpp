@@ -79,6 +79,8 @@ Program::Program() {
     const auto name =
         L"quorvane_sheet_test_" + std::to_wstring(GetCurrentProcessId()) + L"_" + std::to_wstring(++count);
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / name;
+    // A run that was killed may have left one; process numbers come again.
+    std::filesystem::remove_all(folder);
     std::filesystem::create_directory(folder);
     folder_ = folder.wstring();
 }
