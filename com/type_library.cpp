@@ -31,7 +31,7 @@ struct TypeInfos {
 
 // Never destroyed: at process end the automation library may be gone before our statics are.
 TypeInfos& typeInfos() {
-    static TypeInfos* const instance = new TypeInfos;
+    static auto* const instance = new TypeInfos;
     return *instance;
 }
 

@@ -107,6 +107,7 @@ void handOver(const Material& material, const EquilibriumRequest& request, const
         present.push_back({phases.liquid, *result.liquid});
     }
     std::vector<std::wstring> labels;
+    labels.reserve(present.size());
     for (const Present& phase : present) {
         labels.push_back(phase.label);
     }

@@ -114,6 +114,7 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::CalcSinglePhaseProp(VARIANT props, BS
         const PhasePoint point = evaluate(*material, label, phase);
         // All or nothing: every property is calculated before the first is handed over.
         std::vector<std::vector<double>> values;
+        values.reserve(properties.size());
         for (const SinglePhaseProperty& property : properties) {
             values.push_back(property.values(point));
         }

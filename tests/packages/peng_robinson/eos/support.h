@@ -56,6 +56,7 @@ inline void expectRelative(const std::vector<double>& actual, const std::vector<
 
 inline std::vector<double> exponentials(const std::vector<double>& logarithms) {
     std::vector<double> values;
+    values.reserve(logarithms.size());
     for (const double value : logarithms) {
         values.push_back(std::exp(value));
     }
