@@ -6,7 +6,8 @@
 namespace quorvane {
 
 /// The value behind a VARIANT passed by reference (as scripts pass their variables), shallow: the original
-/// still owns it. A value that is not by reference is returned as it stands.
+/// still owns it. A value that is not by reference, or of a kind that no worksheet
+/// passes, is returned as it stands.
 VARIANT withoutReference(const VARIANT& value) noexcept;
 
 /// True for an argument that the caller left out.

@@ -163,9 +163,9 @@ TEST(WithoutReference, TakesAReferenceToNothingForNothing) {
     }
 }
 
-TEST(WithoutReference, TakesAKindThatItDoesNotKnowForNothing) {
+TEST(WithoutReference, LeavesAKindThatItDoesNotKnowToTheReader) {
     DECIMAL decimal{};
-    EXPECT_EQ(withoutReference(referenceTo(VT_DECIMAL, decimal)).vt, VT_EMPTY);
+    EXPECT_EQ(withoutReference(referenceTo(VT_DECIMAL, decimal)).vt, VT_BYREF | VT_DECIMAL);
 }
 
 } // namespace
