@@ -4,6 +4,7 @@
 #include "com/type_library.h"
 #include "src/server/excel_entries.h"
 
+#include <algorithm>
 #include <array>
 #include <quorvane_idl.h>
 
@@ -179,12 +180,12 @@ HRESULT unregisterServer() noexcept {
     return atExport([] {
         LSTATUS firstFailure = ERROR_SUCCESS;
         const auto table = registrationTable(modulePath());
-        for (auto row = table.rbegin(); row != table.rend(); ++row) {
-            const LSTATUS status = deleteTree(HKEY_CURRENT_USER, root + row->key);
+        std::for_each(table.rbegin(), table.rend(), [&firstFailure](const RegistrationRow& row) {
+            const LSTATUS status = deleteTree(HKEY_CURRENT_USER, root + row.key);
             if (firstFailure == ERROR_SUCCESS) {
                 firstFailure = status;
             }
-        }
+        });
         const LSTATUS cleaned = removeExcelEntries();
         return registryResult(firstFailure != ERROR_SUCCESS ? firstFailure : cleaned);
     });
