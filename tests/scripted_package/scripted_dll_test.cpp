@@ -10,7 +10,6 @@
 namespace {
 
 using scripted::narrow;
-using scripted::textOf;
 
 class ScriptedDllTest : public testing::Test {
   protected:

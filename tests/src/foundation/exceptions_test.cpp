@@ -30,8 +30,8 @@ TEST(WStrException, TakesOverAComposedText) {
 
 TEST(WStrException, KeepsItsTextWhenCopied) {
     const WStrException failure{std::wstring(300, L'x')};
-    const WStrException copy{
-        failure}; // NOLINT(performance-unnecessary-copy-initialization): the copy is what is tested
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is what is tested
+    const WStrException copy{failure};
     EXPECT_NE(copy.message(), failure.message());
     EXPECT_EQ(std::wstring{copy.message()}, std::wstring(300, L'x'));
 }

@@ -147,6 +147,13 @@ TEST_F(Equilibrium, ExtraPropertiesKeepTheirOrderAndDuplicates) {
     EXPECT_EQ(matrix(L"noTemperature,noPressure,noPhaseFraction,noComposition,viscosity,enthalpy,viscosity"),
               "5 | 100 | 5 / 5 | 100 | 5");
 }
+TEST_F(Equilibrium, AnUndefinedValueShowsTheFillerAndHasNoOverallValue) {
+    package->calculates(L"enthalpy", L"Mole", {std::numeric_limits<double>::lowest()});
+    EXPECT_EQ(matrix(L"overallResults,noTemperature,noPressure,noComposition,enthalpy"),
+              "1 | \"\" / 0.25 | \"\" / 0.75 | \"\"");
+    EXPECT_EQ(list(L"overallResults,noComposition,enthalpy"),
+              "list: 300.5 | 100000.5 | 0.25 | \"\" | 0.75 | \"\"");
+}
 TEST_F(Equilibrium, AnAbsentPhaseIsNotAskedForProperties) {
     flashesTo({liquid()});
     package->calculates(L"enthalpy", L"Mole", {100.0});
