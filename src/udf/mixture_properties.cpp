@@ -139,8 +139,8 @@ void twoPhaseProperty(Session& session, const TwoPhasePropertyArguments& argumen
     requireConditions(arguments.T, arguments.P);
     const std::shared_ptr<PropertyPackage> package = readPackage(session, arguments.packageName);
     const bool normalize = readFlag(arguments.normalizeComposition, L"normalizeComposition", true);
-    package->loadCompounds();
     const std::vector<double> composition1 = readReals(arguments.phase1Composition, normalize);
+    package->loadCompounds();
     requireComposition(composition1, *package, L"phase 1 composition");
     const std::vector<double> composition2 = readReals(arguments.phase2Composition, normalize);
     requireComposition(composition2, *package, L"phase 2 composition");
