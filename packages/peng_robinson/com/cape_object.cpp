@@ -1,6 +1,7 @@
 #include "packages/peng_robinson/com/cape_object.h"
 
 #include "com/owned.h"
+#include "packages/peng_robinson/com/values.h"
 #include "packages/peng_robinson/eos/errors.h"
 
 #include <new>
@@ -8,9 +9,6 @@
 
 namespace peng_robinson {
 namespace {
-
-// Messages of the thermodynamics are ASCII.
-std::wstring widened(std::string_view text) { return {text.begin(), text.end()}; }
 
 HRESULT give(BSTR* out, std::wstring_view text) noexcept {
     if (out == nullptr) {
@@ -50,7 +48,7 @@ HRESULT CapeObject::recordCurrentException(const wchar_t* interfaceName, const w
     record.operation = operation;
     const auto set = [&record](eCapeErrorInterfaceHR code, const std::exception& error) {
         record.code = static_cast<HRESULT>(code);
-        record.description = widened(error.what());
+        record.description = widen(error.what());
     };
     try {
         try {

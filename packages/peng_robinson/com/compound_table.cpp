@@ -13,40 +13,45 @@ namespace peng_robinson {
 namespace {
 
 using eos::Compound;
+using Equation = eos::EquationConstants;
 using Number = std::optional<double>;
 
-eos::PengRobinson modelOf(const Compound& c) { return eos::PengRobinson{{{c.Tc, c.Pc, c.acentricFactor}}}; }
+Number known(double value) { return std::isnan(value) ? std::nullopt : Number{value}; }
+
+eos::PengRobinson modelOf(const Compound& c, const Equation& equation) {
+    return eos::PengRobinson{{{c.Tc, c.Pc, c.acentricFactor}}, eos::InteractionMatrix{}, equation};
+}
 
 // Empty where the compound does not boil, and where it does so at a pressure too small for a number.
-std::optional<eos::Saturation> saturation(const Compound& c, double T) {
+std::optional<eos::Saturation> saturation(const Compound& c, const Equation& equation, double T) {
     try {
-        return T < c.Tc ? std::optional{eos::saturationAtTemperature(modelOf(c), T)} : std::nullopt;
+        return T < c.Tc ? std::optional{eos::saturationAtTemperature(modelOf(c, equation), T)} : std::nullopt;
     } catch (const eos::NotAvailable&) {
         return std::nullopt;
     }
 }
 
-Number boilingTemperature(const Compound& c, double P) {
+Number boilingTemperature(const Compound& c, const Equation& equation, double P) {
     try {
-        return P < c.Pc ? Number{eos::saturationAtPressure(modelOf(c), P).T} : std::nullopt;
+        return P < c.Pc ? Number{eos::saturationAtPressure(modelOf(c, equation), P).T} : std::nullopt;
     } catch (const eos::NotAvailable&) {
         return std::nullopt;
     }
 }
 
-Number heatOfVaporization(const Compound& c, double T) {
-    const auto at = saturation(c, T);
+Number heatOfVaporization(const Compound& c, const Equation& equation, double T) {
+    const auto at = saturation(c, equation, T);
     return at ? Number{at->heatOfVaporization()} : std::nullopt;
 }
 
-Number heatOfVaporizationAtBoilingPoint(const Compound& c) {
+Number heatOfVaporizationAtBoilingPoint(const Compound& c, const Equation& equation) {
     // Carbon dioxide sublimes at one atmosphere: it has no boiling point there to speak of.
-    return c.cas == "124-38-9" ? std::nullopt : heatOfVaporization(c, c.normalBoilingPoint);
+    return c.cas == "124-38-9" ? std::nullopt : heatOfVaporization(c, equation, c.normalBoilingPoint);
 }
 
 template <double Compound::*Member>
-Number member(const Compound& c) {
-    return c.*Member;
+Number member(const Compound& c, const Equation&) {
+    return known(c.*Member);
 }
 
 constexpr std::array constants{
@@ -54,11 +59,12 @@ constexpr std::array constants{
     ConstantRow{L"casRegistryNumber", &Compound::cas, nullptr},
     ConstantRow{L"chemicalFormula", &Compound::formula, nullptr},
     ConstantRow{L"criticalCompressibilityFactor", nullptr,
-                [](const Compound& c) -> Number { return c.criticalCompressibility(); }},
+                [](const Compound& c, const Equation&) { return known(c.criticalCompressibility()); }},
     ConstantRow{L"criticalDensity", nullptr, member<&Compound::criticalDensity>},
     ConstantRow{L"criticalPressure", nullptr, member<&Compound::Pc>},
     ConstantRow{L"criticalTemperature", nullptr, member<&Compound::Tc>},
-    ConstantRow{L"criticalVolume", nullptr, [](const Compound& c) -> Number { return c.criticalVolume(); }},
+    ConstantRow{L"criticalVolume", nullptr,
+                [](const Compound& c, const Equation&) { return known(c.criticalVolume()); }},
     ConstantRow{L"heatOfVaporizationAtNormalBoilingPoint", nullptr, heatOfVaporizationAtBoilingPoint},
     ConstantRow{L"idealGasEnthalpyOfFormationAt25C", nullptr, member<&Compound::formationEnthalpy>},
     ConstantRow{L"idealGasGibbsFreeEnergyOfFormationAt25C", nullptr, member<&Compound::formationGibbs>},
@@ -73,20 +79,22 @@ constexpr std::array constants{
 
 constexpr std::array temperatureTable{
     DependentRow{L"heatOfVaporization", heatOfVaporization},
-    DependentRow{L"idealGasEnthalpy",
-                 [](const Compound& c, double T) -> Number { return c.idealGas.enthalpy(T); }},
-    DependentRow{L"idealGasEntropy",
-                 [](const Compound& c, double T) -> Number { return c.idealGas.entropy(T); }},
+    DependentRow{
+        L"idealGasEnthalpy",
+        [](const Compound& c, const Equation&, double T) -> Number { return c.idealGas.enthalpy(T); }},
+    DependentRow{
+        L"idealGasEntropy",
+        [](const Compound& c, const Equation&, double T) -> Number { return c.idealGas.entropy(T); }},
     DependentRow{L"idealGasHeatCapacity",
-                 [](const Compound& c, double T) -> Number { return c.idealGas.cp(T); }},
+                 [](const Compound& c, const Equation&, double T) -> Number { return c.idealGas.cp(T); }},
     DependentRow{L"vaporPressure",
-                 [](const Compound& c, double T) {
-                     const auto at = saturation(c, T);
+                 [](const Compound& c, const Equation& equation, double T) {
+                     const auto at = saturation(c, equation, T);
                      return at ? Number{at->P} : std::nullopt;
                  }},
     DependentRow{L"volumeOfLiquid",
-                 [](const Compound& c, double T) {
-                     const auto at = saturation(c, T);
+                 [](const Compound& c, const Equation& equation, double T) {
+                     const auto at = saturation(c, equation, T);
                      return at ? Number{at->liquid.v} : std::nullopt;
                  }},
 };

@@ -28,20 +28,13 @@ auto handedOver(const VARIANT& value, const wchar_t* what) {
 
 // Another client of the same standard may know a compound by the identifier that this package gave out, or,
 // when the list came from elsewhere, by its CAS number.
-const eos::Compound* recognise(std::wstring_view id, std::wstring_view cas) {
-    const auto matching = [](std::wstring_view text, auto member) -> const eos::Compound* {
-        for (const eos::Compound& compound : eos::compounds()) {
-            if (!text.empty() && isSameName(widen(compound.*member), text)) {
-                return &compound;
-            }
-        }
-        return nullptr;
-    };
-    const eos::Compound* found = matching(id, &eos::Compound::name);
-    return found != nullptr ? found : matching(cas, &eos::Compound::cas);
+std::optional<std::size_t> recognise(const Configuration& configuration, std::wstring_view id,
+                                     std::wstring_view cas) {
+    const std::optional<std::size_t> found = configuration.find(narrow(id));
+    return found ? found : configuration.findByCas(narrow(cas));
 }
 
-std::vector<const eos::Compound*> readCompounds(IDispatch* object) {
+eos::Fluid readFluid(IDispatch* object, const Configuration& configuration) {
     const auto source = requireInterface<ICapeThermoCompounds>(object, L"ICapeThermoCompounds");
     com::variant ids, formulae, names, boilingPoints, weights, casNumbers;
     if (FAILED(source->GetCompoundList(&ids, &formulae, &names, &boilingPoints, &weights, &casNumbers))) {
@@ -57,24 +50,24 @@ std::vector<const eos::Compound*> readCompounds(IDispatch* object) {
         casTexts = handedOver<readTexts>(casNumbers, L"CAS numbers of the material object");
     }
     casTexts.resize(idTexts.size());
-    std::vector<const eos::Compound*> compounds;
+    std::vector<std::size_t> compounds;
     for (std::size_t i = 0; i < idTexts.size(); ++i) {
-        const eos::Compound* compound = recognise(idTexts[i], casTexts[i]);
-        if (compound == nullptr) {
+        const std::optional<std::size_t> compound = recognise(configuration, idTexts[i], casTexts[i]);
+        if (!compound) {
             throw CapeError{ECapeFailedInitialisationHR,
                             L"The compound \"" + idTexts[i] +
                                 L"\" of the material object is not in this package"};
         }
-        if (std::ranges::find(compounds, compound) != compounds.end()) {
+        if (std::ranges::find(compounds, *compound) != compounds.end()) {
             throw CapeError{ECapeFailedInitialisationHR,
                             L"The material object has the compound \"" + idTexts[i] + L"\" twice"};
         }
-        compounds.push_back(compound);
+        compounds.push_back(*compound);
     }
     if (compounds.empty()) {
         throw CapeError{ECapeFailedInitialisationHR, L"The material object has no compounds"};
     }
-    return compounds;
+    return configuration.fluidOf(compounds);
 }
 
 std::wstring quoted(std::wstring_view text) { return L"\"" + std::wstring{text} + L"\""; }
@@ -97,9 +90,9 @@ double single(const std::vector<double>& values, const std::wstring& what) {
 
 } // namespace
 
-Material::Material(IDispatch* object)
-    : material_{requireInterface<ICapeThermoMaterial>(object, L"ICapeThermoMaterial")}, fluid_{readCompounds(
-                                                                                            object)} {}
+Material::Material(IDispatch* object, std::shared_ptr<const Configuration> configuration)
+    : material_{requireInterface<ICapeThermoMaterial>(object, L"ICapeThermoMaterial")},
+      configuration_{std::move(configuration)}, fluid_{readFluid(object, *configuration_)} {}
 
 void Material::requireRead(HRESULT result, const std::wstring& what) const {
     if (FAILED(result)) {

@@ -5,9 +5,10 @@
 #pragma once
 
 #include "com/com_ptr.h"
+#include "packages/peng_robinson/catalogue/configuration.h"
 #include "packages/peng_robinson/com/values.h"
-#include "packages/peng_robinson/eos/fluid.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,9 +23,14 @@ class Material {
         std::vector<double> x;
     };
 
-    /// Throws ArgumentError when the object is no material, and CapeError when it has no compounds or unknown
-    /// ones.
-    explicit Material(IDispatch* object);
+    /// Throws ArgumentError when the object is no material, and CapeError when it has no compounds or ones
+    /// that the package has not.
+    Material(IDispatch* object, std::shared_ptr<const Configuration> configuration);
+
+    /// The client's object.
+    IDispatch* object() const noexcept { return material_.get(); }
+    /// The package's compounds and parameters when the material was set.
+    const Configuration& configuration() const noexcept { return *configuration_; }
 
     /// The compounds of the material, in its order.
     const eos::Fluid& fluid() const noexcept { return fluid_; }
@@ -55,6 +61,7 @@ class Material {
     void requireWritten(HRESULT result, const std::wstring& what) const;
 
     com::com_ptr<ICapeThermoMaterial> material_;
+    std::shared_ptr<const Configuration> configuration_;
     eos::Fluid fluid_;
 };
 

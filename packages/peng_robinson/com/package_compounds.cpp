@@ -1,4 +1,4 @@
-// ICapeThermoCompounds: the package's whole table, whatever compounds a material has.
+// ICapeThermoCompounds: all compounds of the package, whichever of them a material has.
 #include "com/safe_array.h"
 #include "packages/peng_robinson/com/compound_table.h"
 #include "packages/peng_robinson/com/property_package.h"
@@ -15,25 +15,21 @@ constexpr const wchar_t* compoundsInterface = L"ICapeThermoCompounds";
 // Below and above, the heat capacity correlations and the equation say nothing about real substances.
 constexpr double lowestTemperature = 10.0, highestTemperature = 3000.0;
 
-std::vector<const eos::Compound*> readCompounds(const VARIANT& compIds, short position) {
+std::vector<const eos::Compound*> readCompounds(const Configuration& configuration, const VARIANT& compIds,
+                                                short position) {
     std::vector<const eos::Compound*> compounds;
     if (isUndefined(compIds)) {
-        for (const eos::Compound& compound : eos::compounds()) {
-            compounds.push_back(&compound);
+        for (std::size_t i = 0; i < configuration.size(); ++i) {
+            compounds.push_back(&configuration.compound(i));
         }
         return compounds;
     }
     for (const std::wstring& id : readTexts(compIds, L"compound identifiers", position)) {
-        const eos::Compound* found = nullptr;
-        for (const eos::Compound& compound : eos::compounds()) {
-            if (isSameName(widen(compound.name), id)) {
-                found = &compound;
-            }
-        }
-        if (found == nullptr) {
+        const std::optional<std::size_t> found = configuration.find(narrow(id));
+        if (!found) {
             throw ArgumentError{position, L"\"" + id + L"\" is not a compound of this package"};
         }
-        compounds.push_back(found);
+        compounds.push_back(&configuration.compound(*found));
     }
     return compounds;
 }
@@ -66,26 +62,43 @@ std::wstring valueOf(const std::wstring& property, const eos::Compound& compound
     return property + L" of " + widen(compound.name);
 }
 
+/// A table of properties that depend on one number, and what its properties are called in messages.
+struct DependentTable {
+    std::span<const DependentRow> rows;
+    const wchar_t* kind;
+};
+
 // Values of the properties, each for all compounds, one property after the other.
-std::vector<double> dependentValues(std::span<const DependentRow> rows, const wchar_t* kind,
-                                    const std::vector<std::wstring>& properties,
-                                    const std::vector<const eos::Compound*>& compounds, double at,
-                                    std::wstring& missing) {
+com::variant dependentValues(const Configuration& configuration, const DependentTable& table,
+                             const VARIANT& props, const VARIANT& compIds, double at, std::wstring& missing) {
+    const std::vector<std::wstring> properties = readProperties(props);
+    const std::vector<const eos::Compound*> compounds = readCompounds(configuration, compIds, 3);
     std::vector<double> values;
     for (const std::wstring& property : properties) {
-        const DependentRow* row = findRow(rows, property);
+        const DependentRow* row = findRow(table.rows, property);
         if (row == nullptr) {
-            refuseProperty(property, kind);
+            refuseProperty(property, table.kind);
         }
         for (const eos::Compound* compound : compounds) {
-            const std::optional<double> value = row->value(*compound, at);
+            const std::optional<double> value = row->value(*compound, configuration.constants(), at);
             if (!value && missing.empty()) {
                 missing = valueOf(property, *compound);
             }
             values.push_back(value.value_or(std::numeric_limits<double>::quiet_NaN()));
         }
     }
-    return values;
+    return com::realArray(values);
+}
+
+// A number or a text; empty when the compound has none.
+com::variant constantOf(const ConstantRow& row, const eos::Compound& compound,
+                        const eos::EquationConstants& equation) {
+    if (row.text != nullptr) {
+        const std::string_view text = compound.*row.text;
+        return text.empty() ? com::variant{} : com::variant{widen(text)};
+    }
+    const std::optional<double> number = row.number(compound, equation);
+    return number ? com::variant{*number} : com::variant{};
 }
 
 } // namespace
@@ -94,8 +107,9 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetCompoundConstant(VARIANT props, VA
                                                                VARIANT* propVals) noexcept {
     return call(compoundsInterface, L"GetCompoundConstant", [&] {
         returnValue(propVals, com::variant{});
+        const auto configuration = configuration_;
         const std::vector<std::wstring> properties = readProperties(props);
-        const std::vector<const eos::Compound*> compounds = readCompounds(compIds, 2);
+        const std::vector<const eos::Compound*> compounds = readCompounds(*configuration, compIds, 2);
         std::wstring missing;
         com::unique_safearray values = com::makeVector(VT_VARIANT, properties.size() * compounds.size());
         {
@@ -107,12 +121,8 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetCompoundConstant(VARIANT props, VA
                     refuseProperty(property, L"constant");
                 }
                 for (const eos::Compound* compound : compounds) {
-                    com::variant value;
-                    if (row->text != nullptr) {
-                        value = com::variant{widen(compound->*row->text)};
-                    } else if (const std::optional<double> number = row->number(*compound)) {
-                        value = com::variant{*number};
-                    } else if (missing.empty()) {
+                    com::variant value = constantOf(*row, *compound, configuration->constants());
+                    if (value.vt == VT_EMPTY && missing.empty()) {
                         missing = valueOf(property, *compound);
                     }
                     *element++ = value.release();
@@ -131,17 +141,17 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetCompoundList(VARIANT* compIds, VAR
         for (const VARIANT* out : {compIds, formulae, names, boilTemps, molwts, casnos}) {
             requirePointer(out);
         }
-        const auto texts = [](std::string_view eos::Compound::*member) {
+        const auto texts = [this](std::string_view eos::Compound::*member) {
             std::vector<std::wstring> values;
-            for (const eos::Compound& compound : eos::compounds()) {
-                values.push_back(widen(compound.*member));
+            for (std::size_t i = 0; i < configuration_->size(); ++i) {
+                values.push_back(widen(configuration_->compound(i).*member));
             }
             return com::textArray(values);
         };
-        const auto numbers = [](double eos::Compound::*member) {
+        const auto numbers = [this](double eos::Compound::*member) {
             std::vector<double> values;
-            for (const eos::Compound& compound : eos::compounds()) {
-                values.push_back(compound.*member);
+            for (std::size_t i = 0; i < configuration_->size(); ++i) {
+                values.push_back(configuration_->compound(i).*member);
             }
             return com::realArray(values);
         };
@@ -164,7 +174,7 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetConstPropList(VARIANT* props) noex
 HRESULT STDMETHODCALLTYPE PropertyPackage::GetNumCompounds(LONG* num) noexcept {
     return call(compoundsInterface, L"GetNumCompounds", [&] {
         requirePointer(num);
-        *num = static_cast<LONG>(eos::compounds().size());
+        *num = static_cast<LONG>(configuration_->size());
     });
 }
 
@@ -178,9 +188,9 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetPDependentProperty(VARIANT props, 
                                   std::numeric_limits<double>::infinity()};
         }
         std::wstring missing;
-        replaceValue(propVals, com::realArray(dependentValues(pressureRows(), L"pressure-dependent property",
-                                                              readProperties(props),
-                                                              readCompounds(compIds, 3), pressure, missing)));
+        replaceValue(propVals,
+                     dependentValues(*configuration_, {pressureRows(), L"pressure-dependent property"}, props,
+                                     compIds, pressure, missing));
         requireComplete(missing);
     });
 }
@@ -200,9 +210,9 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetTDependentProperty(VARIANT props, 
                                   temperature, lowestTemperature, highestTemperature};
         }
         std::wstring missing;
-        replaceValue(propVals, com::realArray(dependentValues(
-                                   temperatureRows(), L"temperature-dependent property",
-                                   readProperties(props), readCompounds(compIds, 3), temperature, missing)));
+        replaceValue(propVals,
+                     dependentValues(*configuration_, {temperatureRows(), L"temperature-dependent property"},
+                                     props, compIds, temperature, missing));
         requireComplete(missing);
     });
 }

@@ -4,6 +4,8 @@
 #include "packages/peng_robinson/eos/flash_mass.h"
 #include "packages/peng_robinson/eos/flash_ph.h"
 
+#include <cmath>
+
 namespace peng_robinson {
 namespace {
 
@@ -53,7 +55,12 @@ double readEnthalpy(const Material& material, const Specification& specification
     if (specification.kind == Specification::Kind::enthalpyF) {
         const std::vector<double> x = eos::normalisedComposition(z, material.fluid().size());
         for (std::size_t i = 0; i < x.size(); ++i) {
-            h -= x[i] * material.fluid().compound(i).formationEnthalpy;
+            const eos::Compound& compound = material.fluid().compound(i);
+            if (std::isnan(compound.formationEnthalpy)) {
+                throw CapeError{ECapeThrmPropertyNotAvailableHR,
+                                L"No value for the enthalpy of formation of " + widen(compound.name)};
+            }
+            h -= x[i] * compound.formationEnthalpy;
         }
     }
     return h;

@@ -23,6 +23,8 @@ constexpr Attribute attributes[] = {
     {L"TypeOfSolid", nullptr},
 };
 
+constexpr std::wstring_view molarGasConstant = L"molarGasConstant";
+
 struct UniversalConstant {
     std::wstring_view name;
     double value;
@@ -31,7 +33,7 @@ constexpr UniversalConstant universalConstants[] = {
     {L"avogadroConstant", eos::avogadroConstant},
     {L"boltzmannConstant", eos::boltzmannConstant},
     {L"idealGasStateReferencePressure", eos::referencePressure},
-    {L"molarGasConstant", eos::molarGasConstant},
+    {molarGasConstant, eos::molarGasConstant},
     {L"speedOfLightInVacuum", eos::speedOfLightInVacuum},
     {L"standardAccelerationOfGravity", eos::standardAccelerationOfGravity},
 };
@@ -86,7 +88,10 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetUniversalConstant(BSTR constantId,
         returnValue(constantValue, com::variant{});
         for (const UniversalConstant& constant : universalConstants) {
             if (isSameName(constant.name, com::viewOf(constantId))) {
-                returnValue(constantValue, com::variant{constant.value});
+                // The one with which this package calculates.
+                returnValue(constantValue,
+                            com::variant{constant.name == molarGasConstant ? configuration_->constants().R
+                                                                           : constant.value});
                 return;
             }
         }

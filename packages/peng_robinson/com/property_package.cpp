@@ -11,7 +11,31 @@ constexpr const wchar_t* materialContext = L"ICapeThermoMaterialContext";
 
 } // namespace
 
-PropertyPackage::PropertyPackage() : implements{packageName, packageDescription} {}
+PropertyPackage::PropertyPackage()
+    : PropertyPackage{Configuration::allOf(builtInCatalogue()), packageName, packageDescription} {}
+
+PropertyPackage::PropertyPackage(Configuration initial, std::wstring name, std::wstring description)
+    : implements{std::move(name), std::move(description)},
+      initial_{std::make_shared<const Configuration>(std::move(initial))}, configuration_{initial_} {}
+
+void* PropertyPackage::findInterface(REFIID iid) noexcept {
+    return iid == IID_IPersist ? static_cast<IPersist*>(this) : implements::findInterface(iid);
+}
+
+void PropertyPackage::configure(Selection selection) {
+    configuration_ = std::make_shared<const Configuration>(initial_->sharedCatalogue(), std::move(selection));
+    const auto old = std::exchange(material_, nullptr);
+    if (old == nullptr) {
+        return;
+    }
+    try {
+        auto renewed = std::make_shared<const Material>(old->object(), configuration_);
+        material_ = std::move(renewed);
+    } catch (const CapeError&) {
+        // The client learns it from the next calculation: no material is set.
+        material_.reset();
+    }
+}
 
 std::shared_ptr<const Material> PropertyPackage::requireMaterial() const {
     if (material_ == nullptr) {
@@ -57,7 +81,7 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::SetMaterial(IDispatch* material) noex
         if (material == nullptr) {
             throw ArgumentError{1, L"The material object is missing"};
         }
-        material_ = std::make_shared<const Material>(material);
+        material_ = std::make_shared<const Material>(material, configuration_);
     });
 }
 

@@ -1,10 +1,15 @@
 // PropertyPackage: the package as a COM object. Each CAPE-OPEN interface is answered in a source file of its
 // own. Created and used on one apartment thread. The material belongs to the client; the package holds a
 // reference until it is unset.
+//
+// A package begins with the configuration that it is made with; a saved state or a person replaces it. A
+// calculation under way keeps the configuration with which it began.
 #pragma once
 
+#include "packages/peng_robinson/catalogue/configuration.h"
 #include "packages/peng_robinson/com/cape_object.h"
 #include "packages/peng_robinson/com/material.h"
+#include "packages/peng_robinson/state/state.h"
 
 #include <memory>
 
@@ -15,9 +20,13 @@ class PropertyPackage final
           CapeObject, com::ServedDual<ICapeUtilities>, com::ServedDual<ICapeThermoCompounds>,
           com::ServedDual<ICapeThermoPhases>, com::ServedDual<ICapeThermoPropertyRoutine>,
           com::ServedDual<ICapeThermoEquilibriumRoutine>, com::ServedDual<ICapeThermoUniversalConstant>,
-          com::ServedDual<ICapeThermoMaterialContext>> {
+          com::ServedDual<ICapeThermoMaterialContext>, IPersistStreamInit> {
   public:
+    /// The stand-alone package: all built-in compounds.
     PropertyPackage();
+    PropertyPackage(Configuration initial, std::wstring name, std::wstring description);
+
+    void* findInterface(REFIID iid) noexcept override;
 
     // ICapeUtilities
     HRESULT STDMETHODCALLTYPE get_parameters(IDispatch** parameters) noexcept override;
@@ -77,11 +86,28 @@ class PropertyPackage final
     HRESULT STDMETHODCALLTYPE SetMaterial(IDispatch* material) noexcept override;
     HRESULT STDMETHODCALLTYPE UnsetMaterial() noexcept override;
 
+    // IPersistStreamInit
+    HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) noexcept override;
+    HRESULT STDMETHODCALLTYPE IsDirty() noexcept override;
+    HRESULT STDMETHODCALLTYPE Load(IStream* stream) noexcept override;
+    HRESULT STDMETHODCALLTYPE Save(IStream* stream, BOOL clearDirty) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetSizeMax(ULARGE_INTEGER* size) noexcept override;
+    HRESULT STDMETHODCALLTYPE InitNew() noexcept override;
+
   private:
     /// The material of the current calculation: kept alive by the caller of this, because a material may
     /// unset itself while it is asked. Throws CapeError (ECapeBadInvOrder) when none is set.
     std::shared_ptr<const Material> requireMaterial() const;
 
+    /// Takes over another choice of compounds and parameters, also for the material that is set; unsets a
+    /// material that has compounds which are no longer chosen.
+    void configure(Selection selection);
+    void requireUninitialised() const;
+
+    std::shared_ptr<const Configuration> initial_;
+    std::shared_ptr<const Configuration> configuration_;
+    bool isInitialised_ = false; ///< by InitNew or Load
+    bool isDirty_ = false;
     std::shared_ptr<const Material> material_;
     com::com_ptr<IDispatch> simulationContext_;
 };

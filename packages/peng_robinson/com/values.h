@@ -38,7 +38,8 @@ void returnValue(VARIANT* out, com::variant value);
 /// Throws CapeError with E_POINTER when the caller gave no place for the result.
 void requirePointer(const void* out);
 
-/// The texts of compile-time or narrow strings, for lists and messages.
+/// Texts of the plain parts are UTF-8, those of COM are UTF-16.
 std::wstring widen(std::string_view text);
+std::string narrow(std::wstring_view text);
 
 } // namespace peng_robinson

@@ -7,16 +7,23 @@
 namespace peng_robinson::eos {
 namespace {
 
-PengRobinson modelOf(std::span<const Compound* const> compounds) {
-    std::vector<CriticalConstants> constants;
+InteractionMatrix tabulated(std::span<const Compound* const> compounds) {
     InteractionMatrix k{compounds.size()};
     for (std::size_t i = 0; i < compounds.size(); ++i) {
-        constants.push_back({compounds[i]->Tc, compounds[i]->Pc, compounds[i]->acentricFactor});
         for (std::size_t j = 0; j < i; ++j) {
             k.set(i, j, interactionParameter(compounds[i]->name, compounds[j]->name));
         }
     }
-    return PengRobinson{std::move(constants), std::move(k)};
+    return k;
+}
+
+std::vector<CriticalConstants> criticalConstants(std::span<const Compound* const> compounds) {
+    std::vector<CriticalConstants> constants;
+    constants.reserve(compounds.size());
+    for (const Compound* compound : compounds) {
+        constants.push_back({compound->Tc, compound->Pc, compound->acentricFactor});
+    }
+    return constants;
 }
 
 } // namespace
@@ -30,8 +37,10 @@ double PhaseProperties::speedOfSound() const {
     return state.v * std::sqrt(-Cp / Cv * state.dP_dv / kilogramsPerMole);
 }
 
-Fluid::Fluid(std::vector<const Compound*> compounds)
-    : compounds_{std::move(compounds)}, model_{modelOf(compounds_)} {}
+Fluid::Fluid(std::vector<const Compound*> compounds) : Fluid{compounds, tabulated(compounds)} {}
+
+Fluid::Fluid(std::vector<const Compound*> compounds, InteractionMatrix k, EquationConstants constants)
+    : compounds_{std::move(compounds)}, model_{criticalConstants(compounds_), std::move(k), constants} {}
 
 double Fluid::molecularWeight(std::span<const double> x) const {
     double sum = 0.0;

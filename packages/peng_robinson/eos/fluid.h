@@ -1,5 +1,5 @@
-// A mixture of compounds of the table: the equation of state with its tabulated interaction parameters,
-// together with the ideal-gas data that make residual properties total ones.
+// A mixture: the equation of state with its interaction parameters, together with the ideal-gas data of the
+// compounds, which make residual properties total ones.
 //
 // Reference state of enthalpy and entropy: each pure compound as an ideal gas at 298.15 K and 101325 Pa has
 // zero of both. Formation properties are separate (formationEnthalpy, formationEntropy): add them for
@@ -35,8 +35,11 @@ struct PhaseProperties {
 
 class Fluid {
   public:
-    /// The compounds belong to compounds(). Throws InvalidInput when there are none.
+    /// Compounds of compounds(), with the tabulated interaction parameters. Throws InvalidInput when there
+    /// are none.
     explicit Fluid(std::vector<const Compound*> compounds);
+    /// Any compounds, which outlive the fluid.
+    Fluid(std::vector<const Compound*> compounds, InteractionMatrix k, EquationConstants constants = {});
 
     std::size_t size() const noexcept { return compounds_.size(); }
     const Compound& compound(std::size_t i) const { return *compounds_[i]; }

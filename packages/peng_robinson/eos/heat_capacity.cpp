@@ -2,6 +2,7 @@
 
 #include "packages/peng_robinson/eos/constants.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace peng_robinson::eos {
@@ -20,8 +21,20 @@ double coth(double x) { return (1.0 + std::exp(-2.0 * x)) / -std::expm1(-2.0 * x
 double logSinh(double x) { return x + std::log(-std::expm1(-2.0 * x)) - std::log(2.0); }
 double logCosh(double x) { return x + std::log1p(std::exp(-2.0 * x)) - std::log(2.0); }
 
+double withinRange(const HeatCapacity& c, double T) {
+    return c.Tmax > 0.0 ? std::clamp(T, c.Tmin, c.Tmax) : T;
+}
+
+double polynomial(const HeatCapacity& c, double T) {
+    const auto& [p1, p2, p3, p4] = c.powers;
+    return T * (p1 + T * (p2 + T * (p3 + T * p4)));
+}
+
 double enthalpyIntegral(const HeatCapacity& c, double T) {
-    double h = c.constant * T;
+    const auto& [p1, p2, p3, p4] = c.powers;
+    const double t = withinRange(c, T);
+    double h = c.constant * T + t * t * (p1 / 2.0 + t * (p2 / 3.0 + t * (p3 / 4.0 + t * p4 / 5.0))) +
+               polynomial(c, t) * (T - t);
     for (const auto& [factor, theta] : c.sinh) {
         h += factor * theta * coth(theta / T);
     }
@@ -29,7 +42,10 @@ double enthalpyIntegral(const HeatCapacity& c, double T) {
 }
 
 double entropyIntegral(const HeatCapacity& c, double T) {
-    double s = c.constant * std::log(T);
+    const auto& [p1, p2, p3, p4] = c.powers;
+    const double t = withinRange(c, T);
+    double s = c.constant * std::log(T) + t * (p1 + t * (p2 / 2.0 + t * (p3 / 3.0 + t * p4 / 4.0))) +
+               polynomial(c, t) * std::log(T / t);
     for (const auto& [factor, theta] : c.sinh) {
         const double x = theta / T;
         s += factor * (x * coth(x) - logSinh(x));
@@ -41,7 +57,7 @@ double entropyIntegral(const HeatCapacity& c, double T) {
 } // namespace
 
 double HeatCapacity::cp(double T) const {
-    double value = constant;
+    double value = constant + polynomial(*this, withinRange(*this, T));
     for (const auto& [factor, theta] : sinh) {
         value += factor * squareOverSinh(theta / T);
     }
