@@ -100,6 +100,9 @@ class Script {
         answer.clear();
         (answer.push_back(std::move(outputs)), ...);
     }
+    void answers(std::string method, std::vector<com::variant> outputs) {
+        answers_[std::move(method)] = std::move(outputs);
+    }
     void hook(std::string method, Hook hook) { hooks_[std::move(method)] = std::move(hook); }
     /// Takes back what was said about a method.
     void recovers(const std::string& method);

@@ -300,10 +300,58 @@ TEST(ScriptTextTest, AnswersAndOmits) {
     EXPECT_FALSE(scripts.package->hides(__uuidof(IPersistStreamInit)));
 }
 
+TEST(ScriptTextTest, AnswersWithSeveralOutputsOfAnyShape) {
+    const auto scripts = scripted::parseScripts(
+        L"GetPhaseList=texts Gas,Oil & empty & text block 2;GetCompoundConstant=values 1.5,x,,2;"
+        L"get_name=text A name;CalcEquilibrium=nothing;GetTDependentProperty=real block 3");
+    const auto answer = [&](const char* method) {
+        std::string texts;
+        for (const com::variant& output : *scripts.package->answerOf(method)) {
+            texts += textOf(output) + ";";
+        }
+        return texts;
+    };
+    EXPECT_EQ(answer("GetPhaseList"), "[Gas, Oil];empty;[x, x, x, x];");
+    EXPECT_EQ(answer("GetCompoundConstant"), "[1.5, x, , 2];");
+    EXPECT_EQ(answer("get_name"), "A name;");
+    EXPECT_EQ(answer("CalcEquilibrium"), "");
+    EXPECT_EQ(answer("GetTDependentProperty"), "[0, 0, 0, 0, 0, 0];");
+}
+
+TEST(ScriptTextTest, AnswersPartly) {
+    const auto scripts = scripted::parseScripts(L"GetCompoundConstant=partly values 1,2");
+    com::variant value;
+    const scripted::Out out[] = {{&value, scripted::Out::Kind::Fresh}};
+    scripted::Call call{"GetCompoundConstant", {}, out, nullptr, {}};
+    EXPECT_EQ((*scripts.package->hookOf("GetCompoundConstant"))(call),
+              static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR));
+    EXPECT_EQ(textOf(value), "[1, 2]");
+}
+
+TEST(ScriptTextTest, ReportsAFlash) {
+    const auto scripts =
+        scripted::parseScripts(L"flash=overall 300 -,Gas 301 2e5 0.25 Mole 0.5 0.5 Mass,Oil - - - - - -");
+    const scripted::Flash& flash = *scripts.package->model.flash;
+    EXPECT_EQ(flash.temperature, 300.0);
+    EXPECT_FALSE(flash.pressure);
+    ASSERT_EQ(flash.phases.size(), 2U);
+    const scripted::FlashPhase& gas = flash.phases[0];
+    EXPECT_EQ(gas.label, L"Gas");
+    EXPECT_EQ(gas.temperature, 301.0);
+    EXPECT_EQ(gas.pressure, 2e5);
+    EXPECT_EQ(gas.fraction, 0.25);
+    EXPECT_EQ(gas.fractionBasis, L"Mole");
+    EXPECT_THAT(*gas.composition, ElementsAre(0.5, 0.5));
+    EXPECT_EQ(gas.compositionBasis, L"Mass");
+    const scripted::FlashPhase& oil = flash.phases[1];
+    EXPECT_FALSE(oil.temperature || oil.pressure || oil.fraction || oil.composition);
+}
+
 TEST(ScriptTextTest, RejectsWhatItCannotUnderstand) {
     for (const wchar_t* text :
-         {L"nonsense", L"=1", L"Method=12", L"INothing=none", L"compounds=Water", L"compounds=Water:wet",
-          L"enthalpy=1000", L"enthalpy=Mole x", L"Load=0x8004050Z"}) {
+         {L"flash=Gas 1", L"flash=Gas 1 1 hot Mole 1 Mole", L"Method=real block two", L"nonsense", L"=1",
+          L"Method=12", L"INothing=none", L"compounds=Water", L"compounds=Water:wet", L"enthalpy=1000",
+          L"enthalpy=Mole x", L"Load=0x8004050Z"}) {
         try {
             scripted::parseScripts(text);
             ADD_FAILURE() << narrow(text) << " was accepted";
