@@ -16,10 +16,28 @@ namespace {
 // Registration for one user needs no administrator.
 constexpr const wchar_t* classes = L"Software\\Classes\\";
 
-// CAPE-OPEN component categories: every component, and stand-alone property packages of version 1.1.
-constexpr const wchar_t* categories[] = {
-    L"{678C09A1-7D66-11D2-A67D-00105A42887F}",
-    L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}",
+// CAPE-OPEN component categories: every component, and those of version 1.1 that make packages.
+constexpr const wchar_t* anyComponent = L"{678C09A1-7D66-11D2-A67D-00105A42887F}";
+constexpr const wchar_t* packageManagers = L"{CF51E383-0110-4ED8-ACB7-B50CFDE6908E}";
+constexpr const wchar_t* standAlonePackages = L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}";
+
+struct Class {
+    GUID clsid;
+    const wchar_t *progId, *versionIndependentProgId;
+    const wchar_t *name, *description, *about;
+    const wchar_t* category;
+
+    std::wstring clsidText() const {
+        std::array<wchar_t, 40> text{};
+        StringFromGUID2(clsid, text.data(), static_cast<int>(text.size()));
+        return text.data();
+    }
+};
+constexpr Class registeredClasses[] = {
+    {packageClsid, packageProgId, packageVersionIndependentProgId, packageName, packageDescription,
+     packageAbout, standAlonePackages},
+    {managerClsid, managerProgId, managerVersionIndependentProgId, managerName, managerDescription,
+     managerAbout, packageManagers},
 };
 
 struct Row {
@@ -28,39 +46,44 @@ struct Row {
     std::wstring data;
 };
 
-std::wstring clsidText() {
-    std::array<wchar_t, 40> text{};
-    StringFromGUID2(packageClsid, text.data(), static_cast<int>(text.size()));
-    return text.data();
+std::vector<std::wstring> rootKeys() {
+    std::vector<std::wstring> keys;
+    for (const Class& c : registeredClasses) {
+        keys.insert(keys.end(), {L"CLSID\\" + c.clsidText(), c.progId, c.versionIndependentProgId});
+    }
+    return keys;
 }
 
-std::vector<std::wstring> rootKeys() {
-    return {L"CLSID\\" + clsidText(), packageProgId, packageVersionIndependentProgId};
+void addRows(const Class& c, std::vector<Row>& rows) {
+    const std::wstring clsid = c.clsidText(), cls = L"CLSID\\" + clsid, cape = cls + L"\\CapeDescription";
+    const std::wstring progId = c.progId, anyVersion = c.versionIndependentProgId;
+    const std::wstring categories = cls + L"\\Implemented Categories\\";
+    rows.insert(rows.end(), {
+                                {cls, nullptr, c.name},
+                                {cls + L"\\InprocServer32", nullptr, com::thisModulePath()},
+                                {cls + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+                                {cls + L"\\ProgID", nullptr, progId},
+                                {cls + L"\\VersionIndependentProgID", nullptr, anyVersion},
+                                {cape, L"Name", c.name},
+                                {cape, L"Description", c.description},
+                                {cape, L"CapeVersion", L"1.1"},
+                                {cape, L"ComponentVersion", packageVersion},
+                                {cape, L"VendorURL", vendorUrl},
+                                {cape, L"About", c.about},
+                                {categories + anyComponent, nullptr, {}},
+                                {categories + c.category, nullptr, {}},
+                                {progId, nullptr, c.name},
+                                {progId + L"\\CLSID", nullptr, clsid},
+                                {anyVersion, nullptr, c.name},
+                                {anyVersion + L"\\CLSID", nullptr, clsid},
+                                {anyVersion + L"\\CurVer", nullptr, progId},
+                            });
 }
 
 std::vector<Row> table() {
-    const std::wstring clsid = clsidText(), cls = L"CLSID\\" + clsid, cape = cls + L"\\CapeDescription";
-    const std::wstring progId = packageProgId, anyVersion = packageVersionIndependentProgId;
-    std::vector<Row> rows{
-        {cls, nullptr, packageName},
-        {cls + L"\\InprocServer32", nullptr, com::thisModulePath()},
-        {cls + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-        {cls + L"\\ProgID", nullptr, progId},
-        {cls + L"\\VersionIndependentProgID", nullptr, anyVersion},
-        {cape, L"Name", packageName},
-        {cape, L"Description", packageDescription},
-        {cape, L"CapeVersion", L"1.1"},
-        {cape, L"ComponentVersion", packageVersion},
-        {cape, L"VendorURL", packageVendorUrl},
-        {cape, L"About", packageAbout},
-        {progId, nullptr, packageName},
-        {progId + L"\\CLSID", nullptr, clsid},
-        {anyVersion, nullptr, packageName},
-        {anyVersion + L"\\CLSID", nullptr, clsid},
-        {anyVersion + L"\\CurVer", nullptr, progId},
-    };
-    for (const wchar_t* category : categories) {
-        rows.push_back({cls + L"\\Implemented Categories\\" + category, nullptr, {}});
+    std::vector<Row> rows;
+    for (const Class& c : registeredClasses) {
+        addRows(c, rows);
     }
     return rows;
 }
@@ -93,11 +116,11 @@ HRESULT guarded(Body&& body) noexcept {
 
 } // namespace
 
-HRESULT registerPackage() noexcept {
+HRESULT registerClasses() noexcept {
     return guarded([] {
         for (const Row& row : table()) {
             if (const LSTATUS status = write(row); status != ERROR_SUCCESS) {
-                unregisterPackage();
+                unregisterClasses();
                 return resultOf(status);
             }
         }
@@ -105,7 +128,7 @@ HRESULT registerPackage() noexcept {
     });
 }
 
-HRESULT unregisterPackage() noexcept {
+HRESULT unregisterClasses() noexcept {
     return guarded([] {
         LSTATUS failure = ERROR_SUCCESS;
         for (const std::wstring& key : rootKeys()) {

@@ -1,14 +1,14 @@
-// Registers the package for the current user: COM class, names, CAPE-OPEN description and component
-// categories.
+// Registers the package and its manager for the current user: COM classes, names, CAPE-OPEN descriptions and
+// component categories.
 #pragma once
 
 #include "com/platform.h"
 
 namespace peng_robinson {
 
-HRESULT registerPackage() noexcept;
+HRESULT registerClasses() noexcept;
 
-/// Leaves no key of the package behind. Succeeds when there was none.
-HRESULT unregisterPackage() noexcept;
+/// Leaves no key of the two behind. Succeeds when there was none.
+HRESULT unregisterClasses() noexcept;
 
 } // namespace peng_robinson

@@ -23,12 +23,7 @@ class Persistence : public Package {
     com::com_ptr<IPersistStreamInit> persistence = object.tryAs<IPersistStreamInit>();
     com::com_ptr<ByteStream> stream = com::make<ByteStream>();
 
-    Texts compoundList() {
-        com::variant ids, formulae, names, boilingPoints, weights, casNumbers;
-        EXPECT_EQ(compounds->GetCompoundList(&ids, &formulae, &names, &boilingPoints, &weights, &casNumbers),
-                  S_OK);
-        return textsOf(ids);
-    }
+    Texts compoundList() { return compoundIdsOf(*compounds); }
     Bytes saved() {
         const auto target = com::make<ByteStream>();
         EXPECT_EQ(persistence->Save(target.get(), FALSE), S_OK);

@@ -67,6 +67,23 @@ TEST_F(Registration, WritesClassNamesDescriptionAndCategories) {
     EXPECT_TRUE(exists(cls + L"\\Implemented Categories\\{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}"));
 }
 
+TEST_F(Registration, WritesTheManagerAmongTheManagers) {
+    const std::wstring manager = L"{BEB0F1DE-6F53-44A9-B382-F371CEA70202}", managerKey = L"CLSID\\" + manager;
+    ASSERT_EQ(PackageDll::instance().registerServer(), S_OK);
+    EXPECT_EQ(read(L"Tarnwick.PengRobinsonManager.1\\CLSID"), manager);
+    EXPECT_EQ(read(L"Tarnwick.PengRobinsonManager\\CLSID"), manager);
+    EXPECT_EQ(read(L"Tarnwick.PengRobinsonManager\\CurVer"), L"Tarnwick.PengRobinsonManager.1");
+    EXPECT_EQ(read(managerKey + L"\\ProgID"), L"Tarnwick.PengRobinsonManager.1");
+    EXPECT_EQ(read(managerKey + L"\\VersionIndependentProgID"), L"Tarnwick.PengRobinsonManager");
+    EXPECT_TRUE(read(managerKey + L"\\InprocServer32").ends_with(L"PengRobinson.dll"));
+    EXPECT_EQ(read(managerKey + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+    EXPECT_EQ(read(managerKey + L"\\CapeDescription", L"Name"), L"Peng-Robinson packages");
+    EXPECT_EQ(read(managerKey + L"\\CapeDescription", L"CapeVersion"), L"1.1");
+    EXPECT_TRUE(exists(managerKey + L"\\Implemented Categories\\{678C09A1-7D66-11D2-A67D-00105A42887F}"));
+    EXPECT_TRUE(exists(managerKey + L"\\Implemented Categories\\{CF51E383-0110-4ED8-ACB7-B50CFDE6908E}"));
+    EXPECT_FALSE(exists(managerKey + L"\\Implemented Categories\\{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}"));
+}
+
 TEST_F(Registration, LeavesNothingBehind) {
     ASSERT_EQ(PackageDll::instance().registerServer(), S_OK);
     ASSERT_EQ(PackageDll::instance().unregisterServer(), S_OK);
@@ -74,6 +91,8 @@ TEST_F(Registration, LeavesNothingBehind) {
     EXPECT_EQ(numberOfClasses(L"Software\\Classes\\CLSID"), 0u);
     EXPECT_FALSE(exists(L"Tarnwick.PengRobinson"));
     EXPECT_FALSE(exists(L"Tarnwick.PengRobinson.1"));
+    EXPECT_FALSE(exists(L"Tarnwick.PengRobinsonManager"));
+    EXPECT_FALSE(exists(L"Tarnwick.PengRobinsonManager.1"));
 }
 
 TEST_F(Registration, UnregisteringTwiceIsNoFailure) {

@@ -54,14 +54,17 @@ HRESULT PackageDll::unregisterServer() const {
     return entry<HRESULT STDAPICALLTYPE()>("DllUnregisterServer")();
 }
 
-com::com_ptr<IDispatch> PackageDll::createPackage() const {
+com::com_ptr<IDispatch> PackageDll::createPackage() const { return create(packageClsid); }
+com::com_ptr<IDispatch> PackageDll::createManager() const { return create(managerClsid); }
+
+com::com_ptr<IDispatch> PackageDll::create(REFCLSID clsid) const {
     com::com_ptr<IClassFactory> factory;
-    com::com_ptr<IDispatch> package;
-    if (FAILED(getClassObject(packageClsid, IID_IClassFactory, factory.putVoid())) ||
-        FAILED(factory->CreateInstance(nullptr, IID_IDispatch, package.putVoid()))) {
-        throw std::runtime_error{"the package could not be created"};
+    com::com_ptr<IDispatch> object;
+    if (FAILED(getClassObject(clsid, IID_IClassFactory, factory.putVoid())) ||
+        FAILED(factory->CreateInstance(nullptr, IID_IDispatch, object.putVoid()))) {
+        throw std::runtime_error{"the object could not be created"};
     }
-    return package;
+    return object;
 }
 
 com::variant texts(const Texts& values) { return com::textArray(values); }
@@ -113,14 +116,27 @@ Package::Package()
       constants{require<ICapeThermoUniversalConstant>(object)}, context{require<ICapeThermoMaterialContext>(
                                                                     object)} {}
 
-void Package::expectFailure(HRESULT result, eCapeErrorInterfaceHR code, const std::wstring& description,
-                            const std::wstring& interfaceName, const std::wstring& operation) const {
+void expectFailure(IUnknown* object, HRESULT result, eCapeErrorInterfaceHR code,
+                   const std::wstring& description, const std::wstring& interfaceName,
+                   const std::wstring& operation) {
     EXPECT_EQ(result, static_cast<HRESULT>(code));
-    const Failure failure = lastFailure(object.get());
+    const Failure failure = lastFailure(object);
     EXPECT_EQ(failure.description, description);
     EXPECT_EQ(failure.interfaceName, interfaceName);
     EXPECT_EQ(failure.operation, operation);
     EXPECT_EQ(failure.scope, L"PengRobinson::" + interfaceName + L"::" + operation);
+}
+
+Texts compoundIdsOf(ICapeThermoCompounds& compounds) {
+    com::variant ids, formulae, names, boilingPoints, weights, casNumbers;
+    EXPECT_EQ(compounds.GetCompoundList(&ids, &formulae, &names, &boilingPoints, &weights, &casNumbers),
+              S_OK);
+    return textsOf(ids);
+}
+
+void Package::expectFailure(HRESULT result, eCapeErrorInterfaceHR code, const std::wstring& description,
+                            const std::wstring& interfaceName, const std::wstring& operation) const {
+    test::expectFailure(object.get(), result, code, description, interfaceName, operation);
 }
 
 } // namespace peng_robinson::test

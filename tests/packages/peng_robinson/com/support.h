@@ -23,6 +23,7 @@ class PackageDll {
     static const PackageDll& instance();
 
     com::com_ptr<IDispatch> createPackage() const;
+    com::com_ptr<IDispatch> createManager() const;
     HRESULT canUnloadNow() const;
     HRESULT getClassObject(REFCLSID clsid, REFIID iid, void** out) const;
     HRESULT registerServer() const;
@@ -30,6 +31,7 @@ class PackageDll {
 
   private:
     PackageDll();
+    com::com_ptr<IDispatch> create(REFCLSID clsid) const;
     template <typename Function>
     Function* entry(const char* name) const;
 
@@ -47,6 +49,13 @@ struct Failure {
 };
 Failure lastFailure(IUnknown* object);
 
+/// The call failed with that code, and the object explains it so.
+void expectFailure(IUnknown* object, HRESULT result, eCapeErrorInterfaceHR code,
+                   const std::wstring& description, const std::wstring& interfaceName,
+                   const std::wstring& operation);
+
+Texts compoundIdsOf(ICapeThermoCompounds& compounds);
+
 /// A package, and one pointer for each of its interfaces.
 struct Package : testing::Test {
     Package();
@@ -61,7 +70,6 @@ struct Package : testing::Test {
     com::com_ptr<ICapeThermoUniversalConstant> constants;
     com::com_ptr<ICapeThermoMaterialContext> context;
 
-    /// The call failed with that code, and the package explains it so.
     void expectFailure(HRESULT result, eCapeErrorInterfaceHR code, const std::wstring& description,
                        const std::wstring& interfaceName, const std::wstring& operation) const;
 };

@@ -133,7 +133,7 @@ TEST(State, RandomBytesAreRefused) {
     for (int i = 0; i < 20000; ++i) {
         Bytes state = i % 2 == 0 ? Bytes{} : writeState(gas());
         state.resize(i % 2 == 0 ? random() % 200 : state.size());
-        for (unsigned changes = 1 + random() % 8; changes > 0 && !state.empty(); --changes) {
+        for (auto changes = 1 + random() % 8; changes > 0 && !state.empty(); --changes) {
             state[random() % state.size()] = static_cast<std::uint8_t>(random());
         }
         if (state != writeState(gas())) {
