@@ -74,8 +74,7 @@ HRESULT STDMETHODCALLTYPE PackageManager::GetPropertyPackage(BSTR name, IDispatc
     return call(managerInterface, L"GetPropertyPackage", [&] {
         requirePointer(package);
         *package = nullptr;
-        makePackage(com::viewOf(name))
-            ->queryInterface(IID_IDispatch, reinterpret_cast<void**>(package));
+        makePackage(com::viewOf(name))->queryInterface(IID_IDispatch, reinterpret_cast<void**>(package));
     });
 }
 
