@@ -116,6 +116,17 @@ void PropertyPackage::bind(IUnknown* package, IStream* savedState) {
     }
 }
 
+HRESULT PropertyPackage::saveState(IStream* stream) const {
+    constexpr BOOL keepDirty = FALSE;
+    if (const auto persistent = compounds_.tryAs<IPersistStream>()) {
+        return persistent->Save(stream, keepDirty);
+    }
+    if (const auto persistent = compounds_.tryAs<IPersistStreamInit>()) {
+        return persistent->Save(stream, keepDirty);
+    }
+    return S_FALSE;
+}
+
 void PropertyPackage::releaseMaterial() noexcept {
     if (material_) {
         // The package may keep its reference for as long as it likes.

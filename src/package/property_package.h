@@ -50,6 +50,13 @@ class PropertyPackage final : public MaterialOwner {
         return static_cast<CAPEOPENPackageManagerType>(managerType_);
     }
 
+    /// Lets the component write its state; S_FALSE when it cannot be saved at all.
+    HRESULT saveState(IStream* stream) const;
+
+    /// The text from which the workbook restored the package, until it has been written again.
+    const std::wstring& keptStateText() const noexcept { return keptStateText_; }
+    void keepStateText(std::wstring text) noexcept { keptStateText_ = std::move(text); }
+
     /// The component itself, for interfaces beyond the thermodynamic ones. Borrowed.
     IUnknown* component() const noexcept { return compounds_.get(); }
 
@@ -155,6 +162,7 @@ class PropertyPackage final : public MaterialOwner {
     std::int32_t managerType_; ///< a CAPEOPENPackageManagerType, or whatever else a client may have passed
     std::wstring packageName_;
     std::wstring managerName_;
+    std::wstring keptStateText_;
 
     std::array<ArrayVariant, CompoundList_Count> compoundData_;
     std::vector<double> molecularWeights_;        ///< kg/mol

@@ -1,6 +1,8 @@
 // The front end's services.
 #include "src/foundation/error_boundary.h"
 #include "src/server/excel.h"
+#include "src/workbook/message_box.h"
+#include "src/workbook/persistence.h"
 
 namespace quorvane {
 
@@ -60,11 +62,13 @@ HRESULT STDMETHODCALLTYPE Excel::PackageNames(IUnknown* wb, VARIANT* names) noex
     return service(names, [&] { session_.store().packageNames(workbookKey(wb)).handOver(names); });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::Persist(IUnknown*, VARIANT* data) noexcept {
-    return service(data, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::Persist(IUnknown* wb, VARIANT* data) noexcept {
+    return service(data, [&] { persist(session_.store(), workbookKey(wb), showMessage).handOver(data); });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::Depersist(IUnknown*, VARIANT) noexcept { return service(notImplemented); }
+HRESULT STDMETHODCALLTYPE Excel::Depersist(IUnknown* wb, VARIANT data) noexcept {
+    return service([&] { depersist(session_.store(), workbookKey(wb), data, showMessage); });
+}
 
 HRESULT STDMETHODCALLTYPE Excel::CompoundNames(IUnknown*, BSTR, VARIANT* names) noexcept {
     return service(names, notImplemented);

@@ -3,8 +3,6 @@
 #include "src/foundation/error_texts.h"
 #include "src/foundation/life_cycle.h"
 
-#include <vector>
-
 namespace quorvane {
 
 namespace {
@@ -64,6 +62,17 @@ void WorkbookStore::createPackage(WorkbookKey workbook, const std::wstring& ppNa
     }
 }
 
+bool WorkbookStore::enterPackage(WorkbookKey workbook, const std::wstring& ppName,
+                                 std::shared_ptr<PropertyPackage> package) {
+    const auto table = tables_.find(workbook);
+    if (table == tables_.end()) {
+        return false;
+    }
+    // What was there is released when this returns, the table being complete again.
+    table->second[ppName].swap(package);
+    return true;
+}
+
 bool WorkbookStore::editPackage(WorkbookKey workbook, const std::wstring& ppName) const {
     constexpr const wchar_t* notEditable = L"Property package does not support editing";
     const std::shared_ptr<PropertyPackage> package = find(workbook, ppName);
@@ -102,6 +111,16 @@ ArrayVariant WorkbookStore::packageNames(WorkbookKey workbook) const {
         }
     }
     return stringVectorToArray(names);
+}
+
+std::vector<NamedPackage> WorkbookStore::packagesOf(WorkbookKey workbook) const {
+    std::vector<NamedPackage> packages;
+    if (const auto table = tables_.find(workbook); table != tables_.end()) {
+        for (const auto& [ppName, package] : table->second) {
+            packages.push_back({ppName, package});
+        }
+    }
+    return packages;
 }
 
 void WorkbookStore::closeWorkbook(WorkbookKey workbook) { const auto removed = tables_.extract(workbook); }

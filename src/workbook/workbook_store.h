@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace quorvane {
 
@@ -31,6 +32,11 @@ struct Fnv1aHash {
 /// From a package's name in the workbook, compared exactly, to the package.
 using PackageTable = std::unordered_map<std::wstring, std::shared_ptr<PropertyPackage>, Fnv1aHash>;
 
+struct NamedPackage {
+    std::wstring ppName;
+    std::shared_ptr<PropertyPackage> package;
+};
+
 class WorkbookStore {
   public:
     /// The table of a workbook; an empty one is made for a workbook seen for the first time.
@@ -42,6 +48,10 @@ class WorkbookStore {
     /// PropertyPackage throws; the store is then as it was.
     void createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName,
                        const GUID& managerGUID, CAPEOPENPackageManagerType type, std::wstring packageName);
+    /// Enters a package in the place of one that has the name. False when the workbook has no table (any
+    /// more); nothing is entered then.
+    bool enterPackage(WorkbookKey workbook, const std::wstring& ppName,
+                      std::shared_ptr<PropertyPackage> package);
     /// Lets the user edit a package; true when it may have changed. An unknown package is not edited. Throws
     /// CWStrException "Property package does not support editing" or WStrException with the package's own
     /// text.
@@ -50,6 +60,8 @@ class WorkbookStore {
     /// Names in the table's order, a one-dimensional array of strings; empty for an unknown workbook or an
     /// empty table.
     ArrayVariant packageNames(WorkbookKey workbook) const;
+    /// The packages in the table's order, to work with while the table may change.
+    std::vector<NamedPackage> packagesOf(WorkbookKey workbook) const;
     void closeWorkbook(WorkbookKey workbook);
     void clear();
 

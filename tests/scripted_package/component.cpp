@@ -36,6 +36,13 @@ VARIANT Component::argument(LONG number) noexcept {
     return value;
 }
 
+VARIANT Component::argument(bool truth) noexcept {
+    VARIANT value{};
+    value.vt = VT_BOOL;
+    value.boolVal = truth ? VARIANT_TRUE : VARIANT_FALSE;
+    return value;
+}
+
 VARIANT Component::argument(IUnknown* object) noexcept {
     VARIANT value{};
     value.vt = VT_UNKNOWN;

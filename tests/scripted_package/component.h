@@ -66,6 +66,7 @@ class Component : public com::implements<com::COMObject, com::RefusedDual<ICapeI
     static VARIANT argument(BSTR text) noexcept;
     static VARIANT argument(double number) noexcept;
     static VARIANT argument(LONG number) noexcept;
+    static VARIANT argument(bool truth) noexcept;
     static VARIANT argument(IUnknown* object) noexcept;
 
   private:

@@ -250,8 +250,8 @@ HRESULT STDMETHODCALLTYPE PackageObject::Load(IStream* stream) noexcept {
     });
 }
 
-HRESULT STDMETHODCALLTYPE PackageObject::Save(IStream* stream, BOOL) noexcept {
-    return respond("Save", {argument(stream)}, {}, [&] {
+HRESULT STDMETHODCALLTYPE PackageObject::Save(IStream* stream, BOOL clearDirty) noexcept {
+    return respond("Save", {argument(stream), argument(clearDirty != FALSE)}, {}, [&] {
         const std::string& state = model().state;
         if (FAILED(stream->Write(state.data(), static_cast<ULONG>(state.size()), nullptr))) {
             throw Refusal{static_cast<HRESULT>(ECapePersistenceHR), L"The stream cannot be written"};

@@ -204,9 +204,6 @@ TEST_F(Store, APackageDeletedDuringItsOwnCalculationLivesUntilTheEnd) {
     EXPECT_EQ(scripted::liveObjects(), 0);
 }
 TEST_F(Store, ServicesStillToComeSayNotImplemented) {
-    com::variant data;
-    EXPECT_EQ(addIn->Persist(book(), &data), E_FAIL);
-    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Not implemented");
     EXPECT_EQ(addIn->Help(), E_FAIL);
     EXPECT_EQ(errorInfo(), "Quorvane.Excel: Not implemented");
 }

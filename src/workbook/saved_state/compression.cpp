@@ -1,0 +1,80 @@
+#include "src/workbook/saved_state/compression.h"
+
+#include "src/foundation/exceptions.h"
+
+#include <array>
+#include <new>
+#include <zlib.h>
+
+namespace quorvane {
+
+namespace {
+
+constexpr int bestCompression = 9;
+constexpr int windowBits = 15;
+constexpr int memoryLevel = 8;
+
+// zlib reads through a pointer to non-const, but does not write.
+Bytef* input(std::span<const std::uint8_t> bytes) noexcept { return const_cast<Bytef*>(bytes.data()); }
+
+template <int (*End)(z_stream*)>
+class Stream {
+  public:
+    explicit Stream(std::span<const std::uint8_t> bytes) noexcept {
+        state.next_in = input(bytes);
+        state.avail_in = static_cast<uInt>(bytes.size());
+    }
+    Stream(const Stream&) = delete;
+    Stream& operator=(const Stream&) = delete;
+    ~Stream() { End(&state); }
+
+    z_stream state{};
+};
+
+// Starting fails for want of memory only: the parameters are fixed, and the library is linked in.
+void requireStarted(int code) {
+    if (code != Z_OK) {
+        throw std::bad_alloc{};
+    }
+}
+
+} // namespace
+
+Bytes deflated(std::span<const std::uint8_t> bytes) {
+    Bytes result(bytes.size());
+    Stream<deflateEnd> stream{bytes};
+    requireStarted(deflateInit2(&stream.state, bestCompression, Z_DEFLATED, windowBits, memoryLevel,
+                                Z_DEFAULT_STRATEGY));
+    stream.state.next_out = result.data();
+    stream.state.avail_out = static_cast<uInt>(result.size());
+    // One call: when the output is full before the end, compressing does not pay.
+    static_cast<void>(deflate(&stream.state, Z_FINISH));
+    result.resize(stream.state.total_out);
+    return result;
+}
+
+Bytes inflated(std::span<const std::uint8_t> stream, std::size_t limit) {
+    Stream<inflateEnd> reader{stream};
+    requireStarted(inflateInit(&reader.state));
+    Bytes result;
+    std::array<std::uint8_t, 1024> block;
+    for (;;) {
+        reader.state.next_out = block.data();
+        reader.state.avail_out = static_cast<uInt>(block.size());
+        // The code says nothing more: a stream that has ended or is damaged gives no output at the next call.
+        const int code = inflate(&reader.state, Z_NO_FLUSH);
+        if (code == Z_MEM_ERROR) {
+            throw std::bad_alloc{};
+        }
+        const std::size_t count = block.size() - reader.state.avail_out;
+        if (count == 0) {
+            return result;
+        }
+        if (count > limit - result.size()) {
+            throw CWStrException{L"the saved state is too large; at most 256 MB can be restored"};
+        }
+        result.insert(result.end(), block.data(), block.data() + count);
+    }
+}
+
+} // namespace quorvane

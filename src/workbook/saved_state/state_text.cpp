@@ -1,0 +1,30 @@
+#include "src/workbook/saved_state/state_text.h"
+
+namespace quorvane {
+
+namespace {
+
+constexpr wchar_t compressedMark = L'#';
+constexpr std::size_t largestUncompressed = 500; // bytes
+constexpr std::size_t leastSaving = 100;         // characters
+
+} // namespace
+
+std::wstring stateTextOf(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() > largestUncompressed && bytes.size() <= maximumInflatedSize) {
+        const Bytes compressed = deflated(bytes);
+        if (base64Length(compressed.size()) + leastSaving < base64Length(bytes.size())) {
+            return compressedMark + toBase64(compressed);
+        }
+    }
+    return toBase64(bytes);
+}
+
+Bytes bytesOfStateText(std::wstring_view text, std::size_t limit) {
+    if (text.starts_with(compressedMark)) {
+        return inflated(fromBase64(text.substr(1)), limit);
+    }
+    return fromBase64(text);
+}
+
+} // namespace quorvane
