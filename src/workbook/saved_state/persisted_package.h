@@ -48,9 +48,7 @@ std::optional<std::size_t> firstPiece(std::wstring_view text, std::size_t column
 template <typename Cell>
 PersistedPackage readPersistedPackage(std::size_t columns, const Cell& cell) {
     static_assert(std::is_same_v<decltype(cell(columns)), std::wstring_view>, "a text by value would dangle");
-    const auto at = [&](std::size_t column) {
-        return column < columns ? cell(column) : std::wstring_view{};
-    };
+    const auto at = [&](std::size_t column) { return column < columns ? cell(column) : std::wstring_view{}; };
     PersistedPackage package{std::wstring{at(0)}, std::wstring{at(1)}, std::wstring{at(2)},
                              std::wstring{at(3)}, std::wstring{at(4)}, {}};
     const std::wstring_view state = at(fixedColumns - 1);
