@@ -90,7 +90,8 @@ void PropertyPackage::loadCompounds() {
     NameIndexMap index;
     std::int32_t position = 0;
     for (const BSTR name : lists[CompoundList_Names].elements<BSTR>()) {
-        if (com::viewOf(name).empty()) {
+        // A text that is not there; one without characters is a name.
+        if (name == nullptr) {
             throw CWStrException{L"Compound list contains empty strings"};
         }
         if (!index.insert(name, position++)) {
@@ -130,7 +131,7 @@ void PropertyPackage::loadPhases() {
     const auto stateElements = states.elements<BSTR>();
     std::int32_t position = 0;
     for (const BSTR label : labels.elements<BSTR>()) {
-        if (com::viewOf(label).empty()) {
+        if (label == nullptr) {
             throw CWStrException{L"Phase list contains empty strings"};
         }
         index.assign(label, position);

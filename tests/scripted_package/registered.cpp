@@ -42,10 +42,10 @@ IUnknown* newObject(Arguments... arguments) {
 
 } // namespace
 
-Registration::Registration(REFCLSID clsid, Maker maker) {
+Registration::Registration(REFCLSID clsid, Maker maker, DWORD context) {
     const auto factory = com::make<Factory>(std::move(maker));
-    const HRESULT code = CoRegisterClassObject(clsid, static_cast<IClassFactory*>(factory.get()),
-                                               CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+    const HRESULT code = CoRegisterClassObject(clsid, static_cast<IClassFactory*>(factory.get()), context,
+                                               REGCLS_MULTIPLEUSE, &cookie_);
     if (FAILED(code)) {
         throw std::runtime_error("The scripted class cannot be registered in this process");
     }
@@ -53,9 +53,10 @@ Registration::Registration(REFCLSID clsid, Maker maker) {
 
 Registration::~Registration() { CoRevokeClassObject(cookie_); }
 
-Package::Package()
+Package::Package(DWORD context)
     : registration_{packageInProcess,
-                    [script = shared()] { return newObject<PackageObject>(script, packageInProcess); }} {}
+                    [script = shared()] { return newObject<PackageObject>(script, packageInProcess); },
+                    context} {}
 
 Manager::Manager(const Package& package)
     : registration_{managerInProcess, [script = shared(), packageScript = package.shared()] {

@@ -22,7 +22,7 @@ class Registration {
   public:
     using Maker = std::function<IUnknown*()>; ///< gives an object with one reference
 
-    Registration(REFCLSID clsid, Maker maker);
+    Registration(REFCLSID clsid, Maker maker, DWORD context = CLSCTX_INPROC_SERVER);
     Registration(const Registration&) = delete;
     Registration& operator=(const Registration&) = delete;
     ~Registration();
@@ -44,7 +44,8 @@ class Scripted {
 
 class Package : public Scripted {
   public:
-    Package();
+    /// `context`: how the class is offered, in this process or as a program's.
+    explicit Package(DWORD context = CLSCTX_INPROC_SERVER);
 
   private:
     Registration registration_;

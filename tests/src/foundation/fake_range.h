@@ -53,6 +53,9 @@ class FakeRange final : public com::implements<com::COMObject, ExcelRange, IErro
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
                                      VARIANT* result, EXCEPINFO*, UINT*) noexcept override {
+        if (reads.empty()) {
+            reads.push_back({L"(default)", 0, 0, 0, 0, {}});
+        }
         Read& read = reads.back();
         read.invokeLocale = locale;
         read.flags = flags;
@@ -61,7 +64,7 @@ class FakeRange final : public com::implements<com::COMObject, ExcelRange, IErro
             const VARIANT& argument = parameters->rgvarg[i];
             read.arguments.push_back(argument.vt == VT_I4 ? argument.lVal : -1);
         }
-        if (id != member) {
+        if (id != member && id != DISPID_VALUE) {
             return DISP_E_MEMBERNOTFOUND;
         }
         if (SUCCEEDED(invokeResult)) {

@@ -54,6 +54,26 @@ TEST(ResolveRangeValue, KeepsARangeThatCannotBeReadAsTheObjectThatItIs) {
     EXPECT_EQ(resolved.value.pdispVal, range->dispatch());
 }
 
+TEST(ResolveRangeValue, KeepsARangeWithoutAValueAsTheObjectThatItIs) {
+    const auto range = rangeOf(com::variant{1.0});
+    range->namesResult = DISP_E_UNKNOWNNAME;
+    const com::variant value = com::variant::object(range->dispatch());
+    const ArrayVariant resolved = resolveRangeValue(value);
+    EXPECT_FALSE(resolved.owned);
+    EXPECT_EQ(resolved.value.pdispVal, range->dispatch());
+}
+
+TEST(ResolveRangeValue, OfAnEmptyCellIsNothingAndOfAnErrorCellTheError) {
+    EXPECT_EQ(resolveRangeValue(com::variant::object(rangeOf({})->dispatch())).value.vt, VT_EMPTY);
+    com::variant error;
+    error.vt = VT_ERROR;
+    error.scode = static_cast<SCODE>(0x800A07D7); // #DIV/0!
+    const auto range = rangeOf(std::move(error));
+    const ArrayVariant resolved = resolveRangeValue(com::variant::object(range->dispatch()));
+    EXPECT_EQ(resolved.value.vt, VT_ERROR);
+    EXPECT_EQ(resolved.value.scode, static_cast<SCODE>(0x800A07D7));
+}
+
 TEST(ResolveRangeValue, DoesNotReadOtherObjects) {
     const auto object = rangeOf(com::variant{1.0});
     object->isRange = false;

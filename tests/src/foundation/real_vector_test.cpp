@@ -129,6 +129,12 @@ TEST(RealVector, SaysThatACellWithoutATextIsNoNumber) {
               L"Array contains values that are not numbers");
 }
 
+TEST(RealVector, TakesTheDefaultValueOfAnObjectInAnArray) {
+    const auto object = rangeOf(com::variant{0.75});
+    EXPECT_EQ(readRealVector(cells({{2, 1}, {1, 1}}, 0.25, com::variant::object(object->dispatch()))),
+              (Reals{0.25, 0.75}));
+}
+
 TEST(RealVector, UnlocksTheArrayOnEveryPath) {
     const com::variant good = reals({{2, 0}}, {1.0, 2.0});
     readRealVector(good);

@@ -30,6 +30,26 @@ TEST(SystemErrorText, IsTheSystemsOwnWithoutItsLineEnding) {
     }
 }
 
+TEST(SystemErrorText, LeavesNothingButOneLineEndingOutWhateverTheCode) {
+    // Some of the texts have a place for a name ("%1"), some have several lines.
+    std::size_t known = 0;
+    for (unsigned long code = 1; code < 16000; ++code) {
+        std::wstring text = rawSystemText(hresult(code));
+        if (text.empty()) {
+            continue;
+        }
+        ++known;
+        if (text.ends_with(L'\n')) {
+            text.pop_back();
+            if (text.ends_with(L'\r')) {
+                text.pop_back();
+            }
+        }
+        EXPECT_EQ(systemErrorText(hresult(code)), text.empty() ? L"<unknown error>" : text) << code;
+    }
+    EXPECT_GT(known, 100U);
+}
+
 TEST(SystemErrorText, OfACodeWithoutATextIsTheCode) {
     for (const HRESULT code : {hresult(0xA0001234), hresult(0xABCDEF09), hresult(0x00ABCDEF)}) {
         ASSERT_EQ(rawSystemText(code), L"");
@@ -65,6 +85,13 @@ TEST(Utf8ToWide, CountsCharactersAndNotBytes) {
 TEST(EqualsNoCase, ComparesLettersOutsideAsciiInAnyCase) {
     EXPECT_TRUE(equalsNoCase(L"\u00c4thanol", L"\u00e4THANOL"));
     EXPECT_FALSE(equalsNoCase(L"\u00c4thanol", L"Ethanol"));
+}
+
+TEST(PrecedesInList, PutsLettersOutsideAsciiWhereTheUserLooksForThem) {
+    EXPECT_TRUE(precedesInList(L"\u00c4thanol", L"benzene"));
+    EXPECT_TRUE(precedesInList(L"\u00e4thanol", L"Benzene"));
+    EXPECT_FALSE(precedesInList(L"\u00c4thanol", L"\u00e4THANOL"));
+    EXPECT_FALSE(precedesInList(L"\u00e4THANOL", L"\u00c4thanol"));
 }
 
 TEST(NameIndexMap, FindsANameOutsideAsciiAsItIsSpelt) {

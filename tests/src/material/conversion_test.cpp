@@ -13,13 +13,20 @@ constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 class CompositionConversion : public MaterialTest {
   protected:
-    std::string messageOf(const std::vector<double>& values, std::int32_t from, std::int32_t to) {
+    template <typename Body>
+    static std::string failureOf(Body&& body) {
         try {
-            material->convertComposition(values, from, to);
+            std::forward<Body>(body)();
         } catch (const WException& failure) {
             return scripted::narrow(failure.message());
         }
         return "no failure";
+    }
+    std::string messageOf(const std::vector<double>& values, std::int32_t from, std::int32_t to) {
+        return failureOf([&] { material->convertComposition(values, from, to); });
+    }
+    std::string totalsFailure() {
+        return failureOf([&] { material->totals(); });
     }
 };
 
@@ -99,6 +106,26 @@ TEST_F(CompositionConversion, TotalsOfAnAbsentCompoundNeedNoWeight) {
     EXPECT_DOUBLE_EQ(material->totals().mass, 0.025);
     material->setComposition({0.5, 0.0, 0.5}, Basis_Mass);
     EXPECT_DOUBLE_EQ(material->totals().moles, 62.5);
+}
+
+TEST_F(CompositionConversion, TotalsOfAPresentCompoundNeedItsWeightOnEitherBasis) {
+    for (const double weight : {nan, missingMarker}) {
+        owner.weights({0.01, weight, 0.04});
+        for (const Basis basis : {Basis_Mole, Basis_Mass}) {
+            material->setComposition({0.5, 1e-30, 0.5}, basis);
+            EXPECT_EQ(totalsFailure(), missingWeight);
+        }
+    }
+}
+
+TEST_F(CompositionConversion, TotalsAreKeptUntilTheCompositionChanges) {
+    material->setComposition({0.5, 0.5, 0.0}, Basis_Mole);
+    EXPECT_DOUBLE_EQ(material->totals().mass, 0.015);
+    owner.weights({1.0, 1.0, 1.0});
+    material->setComposition({0.5, 0.5, 0.0}, Basis_Mole);
+    EXPECT_DOUBLE_EQ(material->totals().mass, 0.015);
+    material->setComposition({0.5, 0.0, 0.5}, Basis_Mole);
+    EXPECT_DOUBLE_EQ(material->totals().mass, 1.0);
 }
 
 TEST_F(CompositionConversion, TotalsWithoutBasisAreNone) {

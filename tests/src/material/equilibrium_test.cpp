@@ -110,6 +110,18 @@ TEST_F(EquilibriumMaterial, TheFirstOfTwoVaporFractionsCounts) {
     EXPECT_EQ(getSinglePhase(L"phasefraction", L"Vapor", L"mass"), "[0.1]");
 }
 
+TEST_F(EquilibriumMaterial, TheFirstOfTwoEqualConditionsCounts) {
+    requestEquilibrium({L"enthalpy", 1.0, Basis_Mole}, {L"enthalpy", 2.0, Basis_Mass});
+    EXPECT_EQ(getOverall(L"enthalpy", L"mole"), "[1]");
+}
+
+TEST_F(EquilibriumMaterial, NamesAnUnknownPropertyBeforeItsBasisAndABasisBeforeTheMissingValue) {
+    EXPECT_EQ(getSinglePhase(L"colour", L"Nowhere", L"weight"),
+              refused("GetSinglePhaseProp", "Invalid/unknown property \"colour\""));
+    EXPECT_EQ(getSinglePhase(L"enthalpy", L"Nowhere", L"weight"),
+              refused("GetSinglePhaseProp", "invalid basis"));
+}
+
 TEST_F(EquilibriumMaterial, GivesNoOtherPhaseValue) {
     requestEquilibrium({L"pressure", 2e5, Basis_Undefined}, {L"vaporfraction", 0.4, Basis_Mole});
     const std::string message = refused("GetSinglePhaseProp", "No value available");
@@ -161,6 +173,20 @@ TEST_F(EquilibriumMaterial, RefusesMalformedOverallValues) {
               refused("SetOverallProp", "Invalid values: Expected an array of type double precision"));
 }
 
+TEST_F(EquilibriumMaterial, OfSeveralMistakesInAnOverallValueTheFirstIsNamed) {
+    EXPECT_EQ(setOverall(L"colour", L"weight", com::variant{1.0}),
+              refused("SetOverallProp", "Invalid/unknown property \"colour\""));
+    EXPECT_EQ(setOverall(L"temperature", L"weight", com::variant{1.0}),
+              refused("SetOverallProp", "invalid basis"));
+    EXPECT_EQ(setOverall(L"entropy", nullptr, texts({L"1", L"2"})),
+              refused("SetOverallProp", "Invalid values: Expected an array of type double precision"));
+}
+
+TEST_F(EquilibriumMaterial, TakesAnOverallTemperatureOnWhateverBasisItSays) {
+    EXPECT_EQ(setOverall(L"temperature", L"Mole", reals({400.0})), "ok");
+    EXPECT_EQ(material->temperature, 400.0);
+}
+
 TEST_F(EquilibriumMaterial, MarksThePresentPhases) {
     EXPECT_EQ(setPresent(texts({L"LIQUID", L"vapor"})), "ok");
     EXPECT_THAT(present(), ElementsAre(true, true, false));
@@ -179,6 +205,13 @@ TEST_F(EquilibriumMaterial, RefusesPhasesThatThePackageDoesNotHave) {
               refused("SetPresentPhases", "Invalid phase labels: one or more empty strings"));
     EXPECT_EQ(setPresent(reals({1.0})),
               refused("SetPresentPhases", "Invalid phase labels: Expected an array of type string"));
+}
+
+TEST_F(EquilibriumMaterial, OfSeveralMistakenLabelsTheFirstIsNamed) {
+    EXPECT_EQ(setPresent(texts({L"Liquid", L"Plasma", L""})),
+              refused("SetPresentPhases", "Invalid phase labels: undefined phase \"Plasma\""));
+    EXPECT_EQ(setPresent(texts({L"Liquid", L"", L"Plasma"})),
+              refused("SetPresentPhases", "Invalid phase labels: one or more empty strings"));
 }
 
 TEST_F(EquilibriumMaterial, AnyNewListOfPresentPhasesForgetsTheOneBefore) {
@@ -230,6 +263,29 @@ TEST_F(EquilibriumMaterial, ChecksTheBasis) {
     EXPECT_EQ(setSinglePhase(L"fraction", L"Vapor", L"", reals({0.5, 0.3, 0.2})), message);
     EXPECT_EQ(setSinglePhase(L"fraction", L"Vapor", L"weight", reals({0.5, 0.3, 0.2})),
               refused("SetSinglePhaseProp", "invalid basis"));
+}
+
+TEST_F(EquilibriumMaterial, OfSeveralMistakesInAPhaseResultTheFirstIsNamed) {
+    EXPECT_EQ(setSinglePhase(L"temperature", L"Plasma", L"Mole", texts({L"1"})),
+              refused("SetSinglePhaseProp", "Invalid values: Expected an array of type double precision"));
+    EXPECT_EQ(setSinglePhase(L"temperature", L"Plasma", L"Mole", reals({1.0, 2.0})),
+              refused("SetSinglePhaseProp", "Invalid phase"));
+    const std::string count = refused("SetSinglePhaseProp", "Unexpected number of values");
+    EXPECT_EQ(setSinglePhase(L"temperature", L"Vapor", L"Mole", reals({1.0, 2.0})), count);
+    EXPECT_EQ(setSinglePhase(L"fraction", L"Vapor", L"weight", reals({1.0})), count);
+    EXPECT_EQ(setSinglePhase(L"phaseFraction", L"Vapor", nullptr, reals({0.5, 0.5})), count);
+}
+
+TEST_F(EquilibriumMaterial, ARefusedPhaseResultLeavesTheOneBefore) {
+    ASSERT_EQ(setSinglePhase(L"phaseFraction", L"Vapor", L"Mole", reals({0.4})), "ok");
+    ASSERT_EQ(setSinglePhase(L"fraction", L"Vapor", L"Mole", reals({0.1, 0.2, 0.7})), "ok");
+    EXPECT_NE(setSinglePhase(L"phaseFraction", L"Vapor", nullptr, reals({0.9})), "ok");
+    EXPECT_NE(setSinglePhase(L"fraction", L"Vapor", nullptr, reals({0.3, 0.3, 0.4})), "ok");
+    const PhaseResult& vapor = material->phases[0];
+    EXPECT_EQ(vapor.fraction, 0.4);
+    EXPECT_EQ(vapor.fractionBasis, Basis_Mole);
+    EXPECT_THAT(vapor.composition.values, ElementsAre(0.1, 0.2, 0.7));
+    EXPECT_EQ(vapor.composition.basis, Basis_Mole);
 }
 
 TEST_F(EquilibriumMaterial, AcceptsAndForgetsOtherPhaseValues) {

@@ -1,6 +1,8 @@
 // What the material says of itself: its interfaces, its identity, its errors, and what it does not support.
 #include "tests/src/material/material_fixture.h"
 
+#include <stdexcept>
+
 namespace quorvane {
 
 namespace {
@@ -122,6 +124,11 @@ TEST_F(MaterialIdentity, CannotBeDescribedAnew) {
 class Nameable final : public CAPEOPENBASE {
   public:
     Nameable() : CAPEOPENBASE{L"Start", false} {}
+
+    template <typename Body>
+    HRESULT failing(Body&& body) noexcept {
+        return capeCall(L"Nameable::Operation", L"ICapeIdentification", std::forward<Body>(body));
+    }
 };
 
 TEST_F(MaterialIdentity, AnObjectWithAFreeIdentityTakesANameButNoEmptyOne) {
@@ -144,6 +151,21 @@ TEST_F(MaterialIdentity, AnObjectWithAFreeIdentityMayHaveAnEmptyDescription) {
     EXPECT_EQ(text([&](BSTR* out) { return object->get_ComponentDescription(out); }), "About me");
     EXPECT_EQ(object->put_ComponentDescription(nullptr), S_OK);
     EXPECT_EQ(text([&](BSTR* out) { return object->get_ComponentDescription(out); }), "");
+    const auto empty = com::makeBstr(L"");
+    EXPECT_EQ(object->put_ComponentDescription(description.get()), S_OK);
+    EXPECT_EQ(object->put_ComponentDescription(empty.get()), S_OK);
+    EXPECT_EQ(text([&](BSTR* out) { return object->get_ComponentDescription(out); }), "");
+}
+
+TEST_F(MaterialIdentity, AFailureWithoutAMessageOfTheSystemsOwnIsUnhandled) {
+    const auto object = com::make<Nameable>();
+    EXPECT_EQ(object->failing([] { throw std::runtime_error{"vector too long"}; }), ecapeUnknown);
+    EXPECT_EQ(text([&](BSTR* out) { return object->get_description(out); }), "Unhandled exception");
+    EXPECT_EQ(text([&](BSTR* out) { return object->get_scope(out); }), "Nameable::Operation");
+    EXPECT_EQ(object->failing([] { throw CWStrException{L"No value available"}; }), ecapeUnknown);
+    EXPECT_EQ(text([&](BSTR* out) { return object->get_description(out); }), "No value available");
+    EXPECT_EQ(object->failing([] { throw 42; }), ecapeUnknown);
+    EXPECT_EQ(text([&](BSTR* out) { return object->get_description(out); }), "Unhandled exception");
 }
 
 TEST_F(MaterialIdentity, TellsOfItsLastError) {
@@ -154,8 +176,8 @@ TEST_F(MaterialIdentity, TellsOfItsLastError) {
     EXPECT_EQ(text([&](BSTR* out) { return material->get_scope(out); }), "MaterialObject11::GetTPFraction");
     EXPECT_EQ(text([&](BSTR* out) { return material->get_interfaceName(out); }), "ICapeThermoMaterial");
     EXPECT_EQ(text([&](BSTR* out) { return material->get_operation(out); }), "N/A");
-    EXPECT_THAT(text([&](BSTR* out) { return material->get_moreInfo(out); }),
-                testing::StartsWith("For more info, please see "));
+    EXPECT_EQ(text([&](BSTR* out) { return material->get_moreInfo(out); }),
+              "For more info, please see https://tarnwick.example/quorvane");
     LONG code = 7;
     EXPECT_EQ(material->get_code(&code), S_OK);
     EXPECT_EQ(code, 0);

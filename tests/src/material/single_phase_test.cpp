@@ -110,6 +110,23 @@ TEST_F(SinglePhaseMaterial, IgnoresValuesThatWereNotAskedFor) {
     EXPECT_THAT(material->result, IsEmpty());
 }
 
+TEST_F(SinglePhaseMaterial, RefusesValuesThatAreNoRealsEvenWhenNobodyAskedForThem) {
+    EXPECT_EQ(setSinglePhase(L"entropy", L"Vapor", L"Mole", com::variant{1.0}),
+              refused("SetSinglePhaseProp", "Invalid values: Expected an array of type double precision"));
+}
+
+TEST_F(SinglePhaseMaterial, NamesAWrongBasisBeforeAWrongNumberOfValues) {
+    EXPECT_EQ(setSinglePhase(L"enthalpy", L"Liquid", nullptr, reals({1.0, 2.0})),
+              refused("SetSinglePhaseProp", "Invalid basis"));
+    EXPECT_EQ(setSinglePhase(L"enthalpy", L"Liquid", L"Molar", reals({1.0, 2.0})),
+              refused("SetSinglePhaseProp", "invalid basis"));
+}
+
+TEST_F(SinglePhaseMaterial, NamesAnUnknownPropertyBeforeItsBasis) {
+    EXPECT_EQ(getSinglePhase(L"colour", L"Liquid", L"weight"),
+              refused("GetSinglePhaseProp", "Invalid/unknown property \"colour\""));
+}
+
 TEST_F(SinglePhaseMaterial, AValueWithABasisNeedsOne) {
     EXPECT_EQ(setSinglePhase(L"enthalpy", L"Liquid", nullptr, reals({1.0})),
               refused("SetSinglePhaseProp", "Invalid basis"));

@@ -59,6 +59,27 @@ TEST_F(TwoPhaseMaterial, LooksAtTheFirstLabelOnly) {
     EXPECT_THAT(material->result, ElementsAre(2.0));
 }
 
+TEST_F(TwoPhaseMaterial, IgnoresValuesOfAnotherFirstPhaseHoweverMalformed) {
+    EXPECT_EQ(setTwoPhase(L"surfaceTension", texts({L"Solid", L"Liquid"}), L"weight", com::variant{1.0}),
+              "ok");
+    EXPECT_THAT(material->result, IsEmpty());
+}
+
+TEST_F(TwoPhaseMaterial, OfSeveralMistakesTheFirstIsNamed) {
+    EXPECT_EQ(setTwoPhase(L"surfaceTension", texts({L"Solid"}), L"Mole", com::variant{1.0}),
+              refused("SetTwoPhaseProp", "Invalid phase labels: expected two phases"));
+    EXPECT_EQ(setTwoPhase(L"surfaceTension", texts({L"Vapor", L"Liquid"}), L"Mole", com::variant{1.0}),
+              refused("SetTwoPhaseProp", "Invalid basis"));
+}
+
+TEST_F(TwoPhaseMaterial, ARefusedValueLeavesTheOneBefore) {
+    const com::variant labels = texts({L"Vapor", L"Liquid"});
+    ASSERT_EQ(setTwoPhase(L"surfaceTension", labels, nullptr, reals({1.0})), "ok");
+    EXPECT_NE(setTwoPhase(L"surfaceTension", labels, nullptr, reals({1.0, 2.0})), "ok");
+    EXPECT_NE(setTwoPhase(L"surfaceTension", labels, L"Mole", reals({3.0})), "ok");
+    EXPECT_THAT(material->result, ElementsAre(1.0));
+}
+
 TEST_F(TwoPhaseMaterial, IgnoresOtherPropertiesAndOtherKindsOfValues) {
     EXPECT_EQ(setTwoPhase(L"kvalue", com::variant{}, L"Mole", com::variant{}), "ok");
     EXPECT_EQ(setSinglePhase(L"surfaceTension", L"Vapor", L"Mole", reals({1.0, 2.0})), "ok");

@@ -87,6 +87,12 @@ TEST_F(Binding, APackageThatDoesNotExistIsNotCreated) {
     EXPECT_EQ(bindFailure(), "Failed to create property package: " + systemText(REGDB_E_CLASSNOTREG));
 }
 
+TEST_F(Binding, APackageMayBeAProgramOfItsOwn) {
+    package.reset();
+    const scripted::Package program{CLSCTX_LOCAL_SERVER};
+    EXPECT_EQ(bindFailure(), "no failure");
+}
+
 TEST_F(Binding, APackageMustAnswerIDispatch) {
     script.omits(IID_IDispatch);
     EXPECT_EQ(bindFailure(), "Failed to create property package: " + systemText(E_NOINTERFACE));

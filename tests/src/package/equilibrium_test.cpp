@@ -166,6 +166,22 @@ TEST_F(Equilibrium, OtherPropertiesAreNoConditions) {
     EXPECT_EQ(script.count("CalcEquilibrium"), 0U);
 }
 
+TEST_F(Equilibrium, OfTwoMistakenConditionsTheFirstIsNamed) {
+    script.phases({{L"L1", L"Liquid"}, {L"L2", L"Liquid"}});
+    EXPECT_EQ(failure(L"Colour", L"viscosity"), "Invalid/unknown property \"Colour\"");
+    EXPECT_EQ(failure(L"viscosity", L"Colour"), "Unsupported flash condition \"viscosity\"");
+    EXPECT_EQ(failure(L"VaporFraction", L"Colour"),
+              "Cannot use vapor fraction as flash condition; no vapor phase defined");
+}
+
+TEST_F(Equilibrium, AFailureCountsEvenWhenPhasesArrived) {
+    script.hook("CalcEquilibrium", [](scripted::Call& call) {
+        EXPECT_EQ(call.healthy(), S_OK);
+        return E_FAIL;
+    });
+    EXPECT_EQ(failureTP(), systemText(E_FAIL));
+}
+
 TEST_F(Equilibrium, AFailureIsShownInThePackagesWordsAlone) {
     script.fails("CalcEquilibrium", ecapeComputation, L"Flash did not converge");
     EXPECT_EQ(failureTP(), "Flash did not converge");

@@ -1,4 +1,4 @@
-// What is read from a package and kept: compounds, phases, property lists, equilibrium conditions.
+// What is read from a package and kept: compounds, phases, property lists.
 #include "tests/src/package/package_fixture.h"
 
 #include <cmath>
@@ -133,6 +133,40 @@ TEST_F(Lists, MalformedCompoundListsAreNamed) {
     EXPECT_EQ(failure(ids(), texts({L"Water", L"WATER"}), weights()), "Compound list contains duplicates");
 }
 
+TEST_F(Lists, OfSeveralMistakesInTheCompoundListsTheFirstIsNamed) {
+    const auto failure = [&](com::variant ids, com::variant names, com::variant weights) {
+        compoundsAre(std::move(ids), std::move(names), std::move(weights));
+        return compoundsFailure();
+    };
+    const auto ids = [] { return texts({L"1", L"2"}); };
+    EXPECT_EQ(failure(reals({1.0}), reals({1.0}), texts({L"1"})),
+              "Invalid values for compound IDs: Expected an array of type string");
+    EXPECT_EQ(failure(com::variant{}, reals({1.0}), texts({L"1"})),
+              "Invalid values for compound names: Expected an array of type string");
+    EXPECT_EQ(failure(com::variant{}, texts({L"a"}), texts({L"1"})),
+              "Invalid values for molecular weights: Expected an array of type double precision");
+    EXPECT_EQ(failure(com::variant{}, texts({L"a"}), reals({1.0})),
+              "Property Package does not contain compounds");
+    EXPECT_EQ(failure(ids(), texts({nullptr}), reals({1.0})),
+              "Mismatch in number of compound names and number of compounds IDs from Property Package");
+    EXPECT_EQ(failure(ids(), texts({L"a", L"A"}), reals({1.0})),
+              "Mismatch in number of compound names and number of molecular weights from Property Package");
+    const auto three = [] { return texts({L"1", L"2", L"3"}); };
+    EXPECT_EQ(failure(three(), texts({L"a", nullptr, L"A"}), reals({1.0, 2.0, 3.0})),
+              "Compound list contains empty strings");
+    EXPECT_EQ(failure(three(), texts({L"a", L"A", nullptr}), reals({1.0, 2.0, 3.0})),
+              "Compound list contains duplicates");
+}
+
+TEST_F(Lists, ACompoundNameWithoutCharactersIsANameLikeOthers) {
+    compoundsAre(texts({L"1", L"2"}), texts({L"", L"b"}), reals({1.0, 2.0}));
+    EXPECT_EQ(compoundsFailure(), "no failure");
+    EXPECT_EQ(bound->compoundIndex(L""), 0);
+    bound->reset();
+    compoundsAre(texts({L"1", L"2"}), texts({L"", L""}), reals({1.0, 2.0}));
+    EXPECT_EQ(compoundsFailure(), "Compound list contains duplicates");
+}
+
 TEST_F(Lists, PhasesHaveTheirStates) {
     script.phases(
         {{L"Gas", L"Vapor"}, {L"Oil", L"LIQUID"}, {L"Water", L"Aqueous"}, {L"Ice", L"solid"}, {L"?", L""}});
@@ -162,6 +196,8 @@ TEST_F(Lists, ARepeatedLabelMeansTheLaterPhase) {
     EXPECT_EQ(phasesFailure(), "no failure");
     EXPECT_EQ(bound->phaseIndex(L"A"), 1);
     EXPECT_FALSE(bound->isVapor(L"A"));
+    EXPECT_EQ(bound->phaseCount(), 2);
+    EXPECT_EQ(bound->vaporPhaseIndex(), 0);
 }
 
 TEST_F(Lists, PhasesAreReadOnce) {
@@ -198,6 +234,26 @@ TEST_F(Lists, MalformedPhaseListsAreNamed) {
     EXPECT_EQ(phasesFailure(), "Failed to obtain list of phases: " + systemText(E_FAIL));
     script.recovers("GetPhaseList");
     EXPECT_EQ(phasesFailure(), "no failure");
+}
+
+TEST_F(Lists, OfSeveralMistakesInThePhaseListsTheFirstIsNamed) {
+    const auto failure = [&](com::variant labels, com::variant states) {
+        script.answers("GetPhaseList", std::move(labels), std::move(states), com::variant{});
+        return phasesFailure();
+    };
+    EXPECT_EQ(failure(reals({1.0}), reals({1.0})),
+              "Invalid phase name list: Expected an array of type string");
+    EXPECT_EQ(failure(texts({nullptr, L"L"}), reals({1.0})),
+              "Invalid aggregation state list: Expected an array of type string");
+    EXPECT_EQ(failure(texts({nullptr, L"L"}), texts({L"Vapor"})), "Unknown exception");
+    EXPECT_EQ(failure(com::variant{}, texts({L"Vapor"})), "Unknown exception");
+}
+
+TEST_F(Lists, APhaseLabelWithoutCharactersIsALabelLikeOthers) {
+    script.answers("GetPhaseList", texts({L"", L"L"}), texts({L"Vapor", L"Liquid"}), com::variant{});
+    EXPECT_EQ(phasesFailure(), "no failure");
+    EXPECT_EQ(bound->phaseIndex(L""), 0);
+    EXPECT_EQ(bound->vaporPhaseIndex(), 0);
 }
 
 TEST_F(Lists, PhasesAndStatesOfDifferentNumberAreAnUnknownException) {
@@ -268,6 +324,12 @@ TEST_P(PropertyLists, MayBeEmpty) {
     EXPECT_EQ(read(), "[]");
 }
 
+TEST_P(PropertyLists, KeepANameWithoutCharacters) {
+    script.answers(list().method, texts({L"b", L"", L"A"}));
+    const ArrayVariant names = ((*bound).*list().read)();
+    EXPECT_THAT(scripted::textsOf(names.value), ElementsAre(L"", L"A", L"b"));
+}
+
 TEST_P(PropertyLists, FailWithThePackagesWordsAndAreReadAgain) {
     script.fails(list().method, ecapeComputation, L"Not now");
     EXPECT_EQ(failure(), std::string{list().failed} + "Not now");
@@ -302,68 +364,6 @@ INSTANTIATE_TEST_SUITE_P(
         ListCase{"GetTwoPhasePropList", &PropertyPackage::twoPhasePropertyList,
                  "Failed to obtain list of two phase properties: ", "Invalid property list: "}),
     [](const auto& kind) { return kind.param.method; });
-
-class Conditions : public Lists {
-  protected:
-    std::string names() { return scripted::textOf(bound->equilibriumConditionNames().value); }
-    std::string failure() {
-        return failureOf([&] { names(); });
-    }
-};
-
-TEST_F(Conditions, AreTemperatureAndPressureAndTheRestSorted) {
-    EXPECT_EQ(names(), "[Temperature, Pressure, Enthalpy, Entropy, VaporFraction, Volume]");
-}
-
-TEST_F(Conditions, WithoutVaporThereIsNoVaporFraction) {
-    script.phases({{L"L1", L"Liquid"}, {L"L2", L"Liquid"}});
-    EXPECT_EQ(names(), "[Temperature, Pressure, Enthalpy, Entropy, Volume]");
-}
-
-TEST_F(Conditions, WithOnePhaseThereIsNoVaporFraction) {
-    script.phases({{L"V", L"Vapor"}});
-    EXPECT_EQ(names(), "[Temperature, Pressure, Enthalpy, Entropy, Volume]");
-}
-
-TEST_F(Conditions, DerivativesAndPhasePropertiesAreNone) {
-    script.answers("GetSinglePhasePropList", textsFrom(1, {L"enthalpy.Dtemperature", L"viscosity",
-                                                           L"Gibbsenergy", L"internalEnergy", L"ENTROPYF"}));
-    EXPECT_EQ(names(), "[Temperature, Pressure, ENTROPYF, Gibbsenergy, InternalEnergy, VaporFraction]");
-}
-
-TEST_F(Conditions, AnUnknownPropertyFailsTheWholeList) {
-    script.answers("GetSinglePhasePropList", texts({L"enthalpy", L"colour"}));
-    EXPECT_EQ(failure(), "Invalid/unknown property \"colour\"");
-    script.recovers("GetSinglePhasePropList");
-    EXPECT_EQ(failure(), "no failure");
-}
-
-TEST_F(Conditions, AListThatCannotBeHadAddsNothing) {
-    script.fails("GetSinglePhasePropList", E_FAIL);
-    EXPECT_EQ(names(), "[Temperature, Pressure, VaporFraction]");
-    bound->reset();
-    script.recovers("GetSinglePhasePropList");
-    script.answers("GetSinglePhasePropList", reals({1.0}));
-    EXPECT_EQ(names(), "[Temperature, Pressure, VaporFraction]");
-    bound->reset();
-    script.answers("GetSinglePhasePropList", com::variant{});
-    EXPECT_EQ(names(), "[Temperature, Pressure, VaporFraction]");
-}
-
-TEST_F(Conditions, FailWithThePhases) {
-    script.fails("GetPhaseList", ecapeComputation, L"Not now");
-    EXPECT_EQ(failure(), "Failed to obtain list of phases: Not now");
-}
-
-TEST_F(Conditions, AreReadOnceButNotFromTheCachedProperties) {
-    bound->singlePhasePropertyList();
-    const std::string first = names();
-    EXPECT_EQ(names(), first);
-    EXPECT_EQ(script.count("GetSinglePhasePropList"), 2U);
-    bound->reset();
-    EXPECT_EQ(names(), first);
-    EXPECT_EQ(script.count("GetSinglePhasePropList"), 3U);
-}
 
 } // namespace
 

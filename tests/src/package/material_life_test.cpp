@@ -37,6 +37,15 @@ TEST_F(MaterialLife, APackageThatTakesNoMaterialIsNamed) {
     EXPECT_EQ(failure(), "ICapeThermoMaterialContext not exposed by property package");
 }
 
+TEST_F(MaterialLife, CompoundsAndPhasesAreReadBeforeTheMaterialIsOffered) {
+    script.omits(__uuidof(ICapeThermoMaterialContext));
+    script.fails("GetPhaseList", ecapeComputation, L"No phases");
+    EXPECT_EQ(failure(), "Failed to obtain list of phases: No phases");
+    script.fails("GetCompoundList", ecapeComputation, L"No compounds");
+    bound->reset();
+    EXPECT_EQ(failure(), "Failed to obtain compound data: No compounds");
+}
+
 TEST_F(MaterialLife, APackageThatRefusesTheMaterialIsShownAndAskedAgain) {
     script.fails("SetMaterial", ecapeComputation, L"I know none of these compounds");
     EXPECT_EQ(failure(),

@@ -18,7 +18,7 @@ constexpr bool onMass = true;
 
 class SinglePhaseProperty : public PackageTest {
   protected:
-    const std::unique_ptr<PropertyPackage> bound = bind();
+    std::unique_ptr<PropertyPackage> bound = bind();
     std::vector<double> composition = {0.2, 0.3, 0.5};
     bool compositionIsMass = false;
 
@@ -99,6 +99,14 @@ TEST_F(SinglePhaseProperty, AFailureIsShownInThePackagesWordsAlone) {
     script.fails("CalcSinglePhaseProp", ecapeComputation);
     EXPECT_EQ(failure(L"enthalpy"), "computation error");
     script.fails("CalcSinglePhaseProp", E_FAIL, L"No root found");
+    EXPECT_EQ(failure(L"enthalpy"), systemText(E_FAIL));
+}
+
+TEST_F(SinglePhaseProperty, AFailureCountsEvenWhenAValueArrived) {
+    script.hook("CalcSinglePhaseProp", [](scripted::Call& call) {
+        EXPECT_EQ(call.healthy(), S_OK);
+        return E_FAIL;
+    });
     EXPECT_EQ(failure(L"enthalpy"), systemText(E_FAIL));
 }
 
@@ -245,6 +253,15 @@ TEST_F(SinglePhaseProperty, MoleNumberDerivativesOfAMassCompositionAreWeightedBy
                 Pointwise(DoubleNear(1e-10), {-2.24691358025, 0.197530864198, 2.86419753086}));
 }
 
+TEST_F(SinglePhaseProperty, MoleNumberDerivativesOfAMassDensityAreWeightedByMoleFractionsToo) {
+    useMassComposition();
+    script.calculates(L"density", L"Mass", {1000.0});
+    script.calculates(L"density.Dmoles", L"Mass", {100.0, 200.0, 300.0});
+    // s = 1700/9, g = 45, b = 45000: (100 - ((0.01 - 1/45) 45000 * 45 + s)) * 45 and so on.
+    EXPECT_THAT(calculate(L"density.Dmoles", onMole),
+                Pointwise(DoubleNear(1e-6), {1109750.0, 203000.0, -1615000.0}));
+}
+
 TEST_F(SinglePhaseProperty, MoleNumberDerivativesOfTotalsAreNeverConverted) {
     script.calculates(L"enthalpy.Dmoles", L"Mole", {100.0, 200.0, 300.0});
     EXPECT_THAT(calculate(L"enthalpy.Dmoles", onMass), ElementsAre(100.0, 200.0, 300.0));
@@ -262,8 +279,38 @@ TEST_F(SinglePhaseProperty, ASecondConversionOfCompositionDerivativesFails) {
     EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), "Invalid/unknown property \"enthalpyenthalpy\"");
     EXPECT_EQ(failure(L"density.Dmoles", onMass), "Invalid/unknown property \"enthalpyenthalpydensity\"");
     EXPECT_EQ(failure(L"enthalpy", onMass), "no failure");
-    const auto another = bind();
     EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMole), "no failure");
+}
+
+TEST_F(SinglePhaseProperty, ASecondConversionOfCompositionDerivativesFailsEvenAfterTheFirstFailed) {
+    script.fails("CalcSinglePhaseProp", E_FAIL);
+    EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), systemText(E_FAIL));
+    script.hook("CalcSinglePhaseProp", [](scripted::Call& call) {
+        return scripted::textOf(call.in[0]) == "[enthalpy]" ? E_FAIL : call.healthy();
+    });
+    EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), systemText(E_FAIL));
+    script.recovers("CalcSinglePhaseProp");
+    EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), "Invalid/unknown property \"enthalpyenthalpy\"");
+}
+
+TEST_F(SinglePhaseProperty, ASecondConversionOfCompositionDerivativesFailsEvenAfterAnEdit) {
+    ASSERT_EQ(failure(L"enthalpy.DmolFraction", onMass), "no failure");
+    bound->reset();
+    EXPECT_EQ(failure(L"density.DmolFraction", onMass), "Invalid/unknown property \"enthalpydensity\"");
+}
+
+TEST_F(SinglePhaseProperty, EveryPackageConvertsCompositionDerivativesOnce) {
+    ASSERT_EQ(failure(L"enthalpy.DmolFraction", onMass), "no failure");
+    bound = bind();
+    EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), "no failure");
+    EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), "Invalid/unknown property \"enthalpyenthalpy\"");
+}
+
+TEST_F(SinglePhaseProperty, ThePropertyBehindADerivativeIsSentAsItIsWritten) {
+    calculate(L"ENTHALPY.dMOLFRACTION", onMass, L"LIQUID");
+    EXPECT_THAT(script.calls("CalcSinglePhaseProp"),
+                ElementsAre("CalcSinglePhaseProp([ENTHALPY.dMOLFRACTION], LIQUID)",
+                            "CalcSinglePhaseProp([ENTHALPY], LIQUID)"));
 }
 
 TEST_F(SinglePhaseProperty, AFailureOfThePropertyBehindADerivativeIsShown) {

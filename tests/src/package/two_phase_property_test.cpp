@@ -66,22 +66,40 @@ TEST_F(TwoPhaseProperty, ThePackageReadsBothCompositions) {
                     "350 200000 [0.6666666667, 0.3333333333, 0];");
 }
 
-TEST_F(TwoPhaseProperty, TextsAreTakenBackFromBothArrays) {
+TEST_F(TwoPhaseProperty, TextsAreTakenBackFromBothArraysWhetherTheCallSucceedsOrNot) {
     SAFEARRAY* names = nullptr;
     SAFEARRAY* labels = nullptr;
+    bool fails = false;
     script.hook("CalcTwoPhaseProp", [&](scripted::Call& call) {
+        EXPECT_TRUE(names == nullptr || names == call.in[0].parray) << "the array is the same each time";
+        EXPECT_TRUE(labels == nullptr || labels == call.in[1].parray) << "the array is the same each time";
         names = call.in[0].parray;
         labels = call.in[1].parray;
-        return names == nullptr ? E_FAIL : call.healthy();
+        EXPECT_EQ(scripted::textOf(call.in[0]) + scripted::textOf(call.in[1]),
+                  "[surfaceTension][Vapor, Liquid]");
+        return fails ? E_FAIL : call.healthy();
     });
-    calculate(L"surfaceTension");
-    for (int i = 0; i < 2; ++i) {
+    for (const char* outcome : {"no failure", "a failure", "no failure"}) {
+        fails = outcome == std::string_view{"a failure"};
+        EXPECT_EQ(failure(L"surfaceTension"), fails ? systemText(E_FAIL) : outcome);
         EXPECT_EQ(static_cast<BSTR*>(names->pvData)[0], nullptr);
         EXPECT_EQ(static_cast<BSTR*>(labels->pvData)[0], nullptr);
         EXPECT_EQ(static_cast<BSTR*>(labels->pvData)[1], nullptr);
-        script.fails("CalcTwoPhaseProp", E_FAIL);
-        EXPECT_NE(failure(L"surfaceTension"), "");
     }
+}
+
+TEST_F(TwoPhaseProperty, IsTheSameForAMassComposition) {
+    isMass = true;
+    script.calculates(L"kvalue", L"", {1.0, 2.0, 3.0});
+    EXPECT_THAT(calculate(L"kvalue"), ElementsAre(1.0, 2.0, 3.0));
+}
+
+TEST_F(TwoPhaseProperty, AFailureCountsEvenWhenAValueArrived) {
+    script.hook("CalcTwoPhaseProp", [](scripted::Call& call) {
+        EXPECT_EQ(call.healthy(), S_OK);
+        return E_FAIL;
+    });
+    EXPECT_EQ(failure(L"surfaceTension"), systemText(E_FAIL));
 }
 
 TEST_F(TwoPhaseProperty, AFailureIsShownInThePackagesWordsAlone) {
