@@ -49,6 +49,16 @@ static_assert(std::size(capeTexts) ==
 
 } // namespace
 
+std::wstring withoutLineEnding(std::wstring_view text) {
+    if (text.ends_with(L'\n')) {
+        text.remove_suffix(1);
+        if (text.ends_with(L'\r')) {
+            text.remove_suffix(1);
+        }
+    }
+    return std::wstring{text.empty() ? L"<unknown error>" : text};
+}
+
 std::wstring systemErrorText(HRESULT code) {
     std::array<wchar_t, 1024> buffer;
     constexpr auto size = static_cast<DWORD>(buffer.size());
@@ -61,14 +71,7 @@ std::wstring systemErrorText(HRESULT code) {
                                 L"error code 0x%1!08X!", 0, 0, buffer.data(), size,
                                 reinterpret_cast<va_list*>(arguments));
     }
-    std::wstring_view text{buffer.data(), length};
-    if (text.ends_with(L'\n')) {
-        text.remove_suffix(1);
-        if (text.ends_with(L'\r')) {
-            text.remove_suffix(1);
-        }
-    }
-    return std::wstring{text.empty() ? L"<unknown error>" : text};
+    return withoutLineEnding({buffer.data(), length});
 }
 
 std::wstring capeErrorText(IUnknown* object, HRESULT code) {

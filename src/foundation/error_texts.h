@@ -8,6 +8,10 @@
 
 namespace quorvane {
 
+/// A text of the system without the one line ending that it comes with; "<unknown error>" when nothing is
+/// left.
+std::wstring withoutLineEnding(std::wstring_view text);
+
 /// The system's own text of `code` without its line ending; "error code 0x........" when it has none.
 std::wstring systemErrorText(HRESULT code);
 

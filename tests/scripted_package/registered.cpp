@@ -24,6 +24,8 @@ class Factory final : public com::implements<com::COMObject, IClassFactory> {
         try {
             const auto object = com::com_ptr<IUnknown>::attach(maker_());
             return object->QueryInterface(iid, out);
+        } catch (const Failure& failure) {
+            return failure.code;
         } catch (...) {
             return E_UNEXPECTED;
         }
@@ -45,7 +47,7 @@ IUnknown* newObject(Arguments... arguments) {
 Registration::Registration(REFCLSID clsid, Maker maker, DWORD context) {
     const auto factory = com::make<Factory>(std::move(maker));
     const HRESULT code = CoRegisterClassObject(clsid, static_cast<IClassFactory*>(factory.get()), context,
-                                               REGCLS_MULTIPLEUSE, &cookie_);
+                                               REGCLS_MULTI_SEPARATE, &cookie_);
     if (FAILED(code)) {
         throw std::runtime_error("The scripted class cannot be registered in this process");
     }

@@ -20,7 +20,8 @@ inline constexpr CLSID managerInProcess = {
 /// A class object registered for this process; taken back by the destructor.
 class Registration {
   public:
-    using Maker = std::function<IUnknown*()>; ///< gives an object with one reference
+    /// Gives an object with one reference, or throws the Failure that the creation ends with.
+    using Maker = std::function<IUnknown*()>;
 
     Registration(REFCLSID clsid, Maker maker, DWORD context = CLSCTX_INPROC_SERVER);
     Registration(const Registration&) = delete;

@@ -173,6 +173,18 @@ TEST(MaterialBeforeAnyRequest, TakesAndGivesNothing) {
     EXPECT_EQ(material->GetPresentPhases(&out, com::variant{}.put()), S_OK);
 }
 
+TEST(MaterialBeforeAnyRequest, HasAPlaceForEveryCompoundAndPhase) {
+    TestOwner owner;
+    const auto material = com::make<MaterialObject11>(owner);
+    EXPECT_EQ(material->composition().values.size(), 3U);
+    EXPECT_EQ(material->composition2.values.size(), 3U);
+    ASSERT_EQ(material->phases.size(), 3U);
+    for (const PhaseResult& phase : material->phases) {
+        EXPECT_FALSE(phase.present);
+        EXPECT_EQ(phase.composition.values.size(), 3U);
+    }
+}
+
 TEST_F(HostilePackage, ATwoPhaseWriteBeforeAnyRequestIsIgnored) {
     material->property = nullptr;
     material->propertyName.clear();

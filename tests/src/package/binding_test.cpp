@@ -98,6 +98,17 @@ TEST_F(Binding, APackageMustAnswerIDispatch) {
     EXPECT_EQ(bindFailure(), "Failed to create property package: " + systemText(E_NOINTERFACE));
 }
 
+TEST_F(Binding, AFailingCreationIsShownInTheSystemsWords) {
+    const auto noLicence = static_cast<HRESULT>(ECapeLicenceErrorHR);
+    const auto refuse = [=]() -> IUnknown* { throw scripted::Failure{noLicence, L"No licence", {}}; };
+    package.reset();
+    manager.reset();
+    const scripted::Registration packages{scripted::packageInProcess, refuse};
+    const scripted::Registration managers{scripted::managerInProcess, refuse};
+    EXPECT_EQ(bindFailure(), "Failed to create property package: " + systemText(noLicence));
+    EXPECT_EQ(managerFailure(), "Failed to create property package manager: " + systemText(noLicence));
+}
+
 TEST_F(Binding, AManagerThatDoesNotExistIsNotCreated) {
     manager.reset();
     EXPECT_EQ(managerFailure(),

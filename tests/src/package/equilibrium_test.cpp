@@ -133,6 +133,20 @@ TEST_F(Equilibrium, ThePackageReadsTheConditionsFromTheMaterial) {
     EXPECT_EQ(P, 3e5);
 }
 
+TEST_F(Equilibrium, ThePackageReadsTemperatureAndPressureTogetherHoweverTheyAreWritten) {
+    std::string seen;
+    script.hook("CalcEquilibrium", [&](scripted::Call& call) {
+        com::variant temperature{0.0}, pressure{0.0}, fractions;
+        EXPECT_EQ(call.material->GetOverallTPFraction(&temperature.dblVal, &pressure.dblVal, &fractions),
+                  S_OK);
+        seen = scripted::textOf(temperature) + " " + scripted::textOf(pressure) + " " +
+               scripted::textOf(fractions);
+        return call.healthy();
+    });
+    flash(L"PRESSURE", 2e5, L"Temperature", 350.0);
+    EXPECT_EQ(seen, "350 200000 [0.2, 0.3, 0.5]");
+}
+
 TEST_F(Equilibrium, ThePackageReadsTheVaporFractionOnTheBasisOfTheCalculation) {
     std::string seen;
     script.hook("CalcEquilibrium", [&](scripted::Call& call) {
@@ -202,11 +216,14 @@ TEST_F(Equilibrium, APackageThatReportsNothingHasNoPhases) {
     EXPECT_EQ(T, 360.0) << "the condition";
 }
 
-TEST_F(Equilibrium, APressureThatNobodyKnowsIsNotTheOneOfBefore) {
+TEST_F(Equilibrium, ATemperatureOrPressureThatNobodyKnowsIsNotTheOneOfBefore) {
     flashTP();
     script.answers("CalcEquilibrium");
     flash(L"Temperature", 360.0, L"Enthalpy", 1.0);
     EXPECT_TRUE(std::isnan(P));
+    flash(L"Enthalpy", 1.0, L"Pressure", 3e5);
+    EXPECT_TRUE(std::isnan(T));
+    EXPECT_EQ(P, 3e5) << "the condition";
 }
 
 TEST_F(Equilibrium, TheOverallTemperatureIsThePackages) {
