@@ -8,12 +8,15 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 
 namespace peng_robinson {
 namespace {
 
 using eos::Compound;
 using Equation = eos::EquationConstants;
+using eos::HeatCapacity;
+using eos::Saturation;
 using Number = std::optional<double>;
 
 Number known(double value) { return std::isnan(value) ? std::nullopt : Number{value}; }
@@ -23,7 +26,7 @@ eos::PengRobinson modelOf(const Compound& c, const Equation& equation) {
 }
 
 // Empty where the compound does not boil, and where it does so at a pressure too small for a number.
-std::optional<eos::Saturation> saturation(const Compound& c, const Equation& equation, double T) {
+std::optional<Saturation> saturation(const Compound& c, const Equation& equation, double T) {
     try {
         return T < c.Tc ? std::optional{eos::saturationAtTemperature(modelOf(c, equation), T)} : std::nullopt;
     } catch (const eos::NotAvailable&) {
@@ -39,19 +42,33 @@ Number boilingTemperature(const Compound& c, const Equation& equation, double P)
     }
 }
 
-Number heatOfVaporization(const Compound& c, const Equation& equation, double T) {
+// F is a function of the state at saturation.
+template <auto F>
+Number saturated(const Compound& c, const Equation& equation, double T) {
     const auto at = saturation(c, equation, T);
-    return at ? Number{at->heatOfVaporization()} : std::nullopt;
+    return at ? Number{std::invoke(F, *at)} : std::nullopt;
 }
 
 Number heatOfVaporizationAtBoilingPoint(const Compound& c, const Equation& equation) {
     // Carbon dioxide sublimes at one atmosphere: it has no boiling point there to speak of.
-    return c.cas == "124-38-9" ? std::nullopt : heatOfVaporization(c, equation, c.normalBoilingPoint);
+    return c.cas == "124-38-9"
+               ? std::nullopt
+               : saturated<&Saturation::heatOfVaporization>(c, equation, c.normalBoilingPoint);
 }
 
 template <double Compound::*Member>
 Number member(const Compound& c, const Equation&) {
     return known(c.*Member);
+}
+
+template <auto F>
+Number idealGas(const Compound& c, const Equation&, double T) {
+    return std::invoke(F, c.idealGas, T);
+}
+
+// (mN/m)^(1/4) cm3/mol in SI units, m3 kg^(1/4) / (s^(1/2) mol).
+Number parachor(const Compound& c, const Equation&) {
+    return known(c.parachor * 1e-6 * std::pow(1e-3, 0.25));
 }
 
 constexpr std::array constants{
@@ -71,6 +88,7 @@ constexpr std::array constants{
     ConstantRow{L"iupacName", &Compound::iupacName, nullptr},
     ConstantRow{L"molecularWeight", nullptr, member<&Compound::molecularWeight>},
     ConstantRow{L"normalBoilingPoint", nullptr, member<&Compound::normalBoilingPoint>},
+    ConstantRow{L"parachor", nullptr, parachor},
     ConstantRow{L"SMILESformula", &Compound::smiles, nullptr},
     ConstantRow{L"standardEntropyGas", nullptr, member<&Compound::standardEntropy>},
     ConstantRow{L"standardFormationEnthalpyGas", nullptr, member<&Compound::formationEnthalpy>},
@@ -78,25 +96,19 @@ constexpr std::array constants{
 };
 
 constexpr std::array temperatureTable{
-    DependentRow{L"heatOfVaporization", heatOfVaporization},
-    DependentRow{
-        L"idealGasEnthalpy",
-        [](const Compound& c, const Equation&, double T) -> Number { return c.idealGas.enthalpy(T); }},
-    DependentRow{
-        L"idealGasEntropy",
-        [](const Compound& c, const Equation&, double T) -> Number { return c.idealGas.entropy(T); }},
-    DependentRow{L"idealGasHeatCapacity",
-                 [](const Compound& c, const Equation&, double T) -> Number { return c.idealGas.cp(T); }},
-    DependentRow{L"vaporPressure",
-                 [](const Compound& c, const Equation& equation, double T) {
-                     const auto at = saturation(c, equation, T);
-                     return at ? Number{at->P} : std::nullopt;
-                 }},
-    DependentRow{L"volumeOfLiquid",
-                 [](const Compound& c, const Equation& equation, double T) {
-                     const auto at = saturation(c, equation, T);
-                     return at ? Number{at->liquid.v} : std::nullopt;
-                 }},
+    DependentRow{L"heatOfVaporization", saturated<&Saturation::heatOfVaporization>},
+    DependentRow{L"heatOfVaporization.Dtemperature", saturated<&Saturation::heatOfVaporizationSlope>},
+    DependentRow{L"idealGasEnthalpy", idealGas<&HeatCapacity::enthalpy>},
+    DependentRow{L"idealGasEnthalpy.Dtemperature", idealGas<&HeatCapacity::cp>},
+    DependentRow{L"idealGasEntropy", idealGas<&HeatCapacity::entropy>},
+    DependentRow{L"idealGasEntropy.Dtemperature",
+                 [](const Compound& c, const Equation&, double T) -> Number { return c.idealGas.cp(T) / T; }},
+    DependentRow{L"idealGasHeatCapacity", idealGas<&HeatCapacity::cp>},
+    DependentRow{L"idealGasHeatCapacity.Dtemperature", idealGas<&HeatCapacity::dCp_dT>},
+    DependentRow{L"vaporPressure", saturated<&Saturation::P>},
+    DependentRow{L"vaporPressure.Dtemperature", saturated<&Saturation::dP_dT>},
+    DependentRow{L"volumeOfLiquid", saturated<[](const Saturation& at) { return at.liquid.v; }>},
+    DependentRow{L"volumeOfLiquid.Dtemperature", saturated<&Saturation::liquidVolumeSlope>},
 };
 
 constexpr std::array pressureTable{

@@ -23,11 +23,10 @@ std::vector<std::wstring> readProperties(const VARIANT& props) {
     return properties;
 }
 
-PhasePoint evaluate(const Material& material, const std::wstring& label, const PhaseKind& phase) {
+eos::DifferentiablePhase evaluate(const Material& material, const std::wstring& label,
+                                  const PhaseKind& phase) {
     const Material::PhaseConditions at = material.conditionsOf(label);
-    std::vector<double> x = eos::normalisedComposition(at.x, material.fluid().size());
-    eos::PhaseProperties properties = material.fluid().properties(at.T, at.P, x, phase.root);
-    return {material.fluid(), std::move(properties), std::move(x), phase.root};
+    return eos::DifferentiablePhase{material.fluid().properties(at.T, at.P, at.x, phase.root)};
 }
 
 std::vector<std::wstring> readTwoLabels(const VARIANT& phaseLabels) {
@@ -106,20 +105,20 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::CalcSinglePhaseProp(VARIANT props, BS
         std::vector<SinglePhaseProperty> properties;
         for (const std::wstring& name : names) {
             properties.push_back(findSinglePhaseProperty(name));
-            if (properties.back().values == nullptr) {
+            if (!properties.back().isKnown()) {
                 throw CapeError{ECapeLimitedImplHR,
                                 L"\"" + name + L"\" is not a single-phase property of this package"};
             }
         }
-        const PhasePoint point = evaluate(*material, label, phase);
+        eos::DifferentiablePhase evaluated = evaluate(*material, label, phase);
         // All or nothing: every property is calculated before the first is handed over.
         std::vector<std::vector<double>> values;
         values.reserve(properties.size());
         for (const SinglePhaseProperty& property : properties) {
-            values.push_back(property.values(point));
+            values.push_back(property.valuesOf(evaluated));
         }
         for (std::size_t i = 0; i < names.size(); ++i) {
-            material->setPhaseValues(names[i], label, properties[i].perMole ? L"Mole" : L"", values[i]);
+            material->setPhaseValues(names[i], label, properties[i].hasBasis() ? L"Mole" : L"", values[i]);
         }
     });
 }
@@ -129,17 +128,24 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::CalcTwoPhaseProp(VARIANT props, VARIA
         const auto material = requireMaterial();
         const std::vector<std::wstring> names = readProperties(props);
         const std::vector<std::wstring> labels = readTwoLabels(phaseLabels);
+        std::vector<TwoPhaseName> properties;
         for (const std::wstring& name : names) {
-            if (findTwoPhaseProperty(name) == nullptr) {
+            const auto found = findTwoPhaseProperty(name);
+            if (!found) {
                 throw CapeError{ECapeLimitedImplHR,
                                 L"\"" + name + L"\" is not a two-phase property of this package"};
             }
+            properties.push_back(*found);
         }
-        const PhasePoint first = evaluate(*material, labels[0], requirePhase(labels[0], 2));
-        const PhasePoint second = evaluate(*material, labels[1], requirePhase(labels[1], 2));
-        for (const std::wstring& name : names) {
-            material->setTwoPhaseValues(
-                name, labels, findTwoPhaseProperty(name)(first.properties.state, second.properties.state));
+        eos::DifferentiablePhase first = evaluate(*material, labels[0], requirePhase(labels[0], 2));
+        eos::DifferentiablePhase second = evaluate(*material, labels[1], requirePhase(labels[1], 2));
+        std::vector<std::vector<double>> values;
+        values.reserve(properties.size());
+        for (const auto& [property, derivative] : properties) {
+            values.push_back(eos::twoPhaseValues(property, derivative, first, second));
+        }
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            material->setTwoPhaseValues(names[i], labels, values[i]);
         }
     });
 }
@@ -148,7 +154,7 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::CheckSinglePhasePropSpec(BSTR propert
                                                                     VARIANT_BOOL* valid) noexcept {
     return call(routine, L"CheckSinglePhasePropSpec", [&] {
         requirePointer(valid);
-        const bool supported = findSinglePhaseProperty(com::viewOf(property)).values != nullptr &&
+        const bool supported = findSinglePhaseProperty(com::viewOf(property)).isKnown() &&
                                findPhase(com::viewOf(phaseLabel)) != nullptr;
         *valid = supported ? VARIANT_TRUE : VARIANT_FALSE;
     });
@@ -164,7 +170,7 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::CheckTwoPhasePropSpec(BSTR property, 
         } catch (const ArgumentError&) {
             return; // the question was whether these labels will do, and they will not
         }
-        *valid = findTwoPhaseProperty(com::viewOf(property)) != nullptr ? VARIANT_TRUE : VARIANT_FALSE;
+        *valid = findTwoPhaseProperty(com::viewOf(property)) ? VARIANT_TRUE : VARIANT_FALSE;
     });
 }
 

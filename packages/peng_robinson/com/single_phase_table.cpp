@@ -1,146 +1,136 @@
 #include "packages/peng_robinson/com/single_phase_table.h"
 
+#include "packages/peng_robinson/com/property_name.h"
 #include "packages/peng_robinson/com/values.h"
+#include "packages/peng_robinson/eos/transport.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 
 namespace peng_robinson {
 namespace {
 
-using eos::PhaseProperties;
-using eos::PhaseState;
-using Values = std::vector<double>;
+using eos::Derivative;
+using eos::Dual;
+using Variable = eos::Direction::Variable;
 
-// Properties of a phase and their derivatives, in closed form. A suffix tells the variable: _T at constant
-// pressure, _P at constant temperature.
-using P = const PhaseProperties&;
-
-double v(P p) { return p.state.v; }
-double v_T(P p) { return -p.state.dP_dT / p.state.dP_dv; }
-double v_P(P p) { return 1.0 / p.state.dP_dv; }
-double density(P p) { return p.density(); }
-double density_T(P p) { return -v_T(p) / (v(p) * v(p)); }
-double density_P(P p) { return -v_P(p) / (v(p) * v(p)); }
-double Z(P p) { return p.state.Z; }
-double Z_T(P p) { return p.state.Z * (v_T(p) / v(p) - 1.0 / p.state.T); }
-double Z_P(P p) { return p.state.Z * (v_P(p) / v(p) + 1.0 / p.state.P); }
-double h(P p) { return p.enthalpy; }
-double hF(P p) { return p.enthalpy + p.formationEnthalpy; }
-double h_P(P p) { return v(p) - p.state.T * v_T(p); }
-double s(P p) { return p.entropy; }
-double sF(P p) { return p.entropy + p.formationEntropy; }
-double s_T(P p) { return p.Cp / p.state.T; }
-double s_P(P p) { return -v_T(p); }
-double g(P p) { return p.gibbsEnergy(); }
-double g_T(P p) { return -p.entropy; }
-double u(P p) { return p.internalEnergy(); }
-double u_T(P p) { return p.Cp - p.state.P * v_T(p); }
-double u_P(P p) { return -p.state.T * v_T(p) - p.state.P * v_P(p); }
-double a(P p) { return p.helmholtzEnergy(); }
-double a_T(P p) { return -p.entropy - p.state.P * v_T(p); }
-double a_P(P p) { return -p.state.P * v_P(p); }
-double Cp(P p) { return p.Cp; }
-double Cv(P p) { return p.Cv; }
-double M(P p) { return p.molecularWeight; }
-double kappa(P p) { return p.compressibility(); }
-double mu(P p) { return p.jouleThomsonCoefficient(); }
-double w(P p) { return p.speedOfSound(); }
-
-// The same for properties with a value for each compound; x is the mole fraction of compound i.
-using S = const PhaseState&;
-
-double lnPhi(S q, double, std::size_t i) { return q.lnPhi[i]; }
-double lnPhi_T(S q, double, std::size_t i) { return q.dlnPhi_dT[i]; }
-double lnPhi_P(S q, double, std::size_t i) { return q.dlnPhi_dP[i]; }
-double phi(S q, double, std::size_t i) { return std::exp(q.lnPhi[i]); }
-double phi_T(S q, double x, std::size_t i) { return phi(q, x, i) * q.dlnPhi_dT[i]; }
-double phi_P(S q, double x, std::size_t i) { return phi(q, x, i) * q.dlnPhi_dP[i]; }
-double f(S q, double x, std::size_t i) { return x * phi(q, x, i) * q.P; }
-double f_T(S q, double x, std::size_t i) { return f(q, x, i) * q.dlnPhi_dT[i]; }
-double f_P(S q, double x, std::size_t i) { return x * phi(q, x, i) * (1.0 + q.P * q.dlnPhi_dP[i]); }
-
-template <auto F>
-Values one(const PhasePoint& at) {
-    return {F(at.properties)};
+// Each property is one formula for numbers of both kinds: F is a generic function of a phase, or of a phase
+// and the index of a compound.
+template <auto F, typename Number>
+std::vector<Number> only(const eos::BasicPhaseProperties<Number>& phase) {
+    return {F(phase)};
 }
-
-template <auto F>
-Values each(const PhasePoint& at) {
-    Values values(at.x.size());
+template <auto F, typename Number>
+std::vector<Number> forAll(const eos::BasicPhaseProperties<Number>& phase) {
+    std::vector<Number> values(phase.x.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
-        values[i] = F(at.properties.state, at.x[i], i);
+        values[i] = F(phase, i);
     }
     return values;
 }
-
-Values lnPhi_n(const PhasePoint& at) {
-    const PhaseState& state = at.properties.state;
-    return at.fluid.model().at(state.T).phase(state.P, at.x, at.root, {.moles = true}).dlnPhi_dn;
+template <auto F>
+constexpr SinglePhaseRow one(std::wstring_view name, Scaling scaling, std::wstring_view alias = {}) {
+    return {name, alias, scaling, only<F, double>, only<F, Dual>};
+}
+template <auto F>
+constexpr SinglePhaseRow each(std::wstring_view name) {
+    return {name, {}, Scaling::none, forAll<F, double>, forAll<F, Dual>};
 }
 
-// clang-format off
-constexpr std::array rows{
-    SinglePhaseRow{L"compressibility",         {},                     false, one<kappa>,   nullptr,        nullptr,        nullptr},
-    SinglePhaseRow{L"compressibilityFactor",   {},                     false, one<Z>,       one<Z_T>,       one<Z_P>,       nullptr},
-    SinglePhaseRow{L"density",                 {},                     true,  one<density>, one<density_T>, one<density_P>, nullptr},
-    SinglePhaseRow{L"enthalpy",                {},                     true,  one<h>,       one<Cp>,        one<h_P>,       nullptr},
-    SinglePhaseRow{L"enthalpyF",               {},                     true,  one<hF>,      one<Cp>,        one<h_P>,       nullptr},
-    SinglePhaseRow{L"enthalpyNF",              {},                     true,  one<h>,       one<Cp>,        one<h_P>,       nullptr},
-    SinglePhaseRow{L"entropy",                 {},                     true,  one<s>,       one<s_T>,       one<s_P>,       nullptr},
-    SinglePhaseRow{L"entropyF",                {},                     true,  one<sF>,      one<s_T>,       one<s_P>,       nullptr},
-    SinglePhaseRow{L"entropyNF",               {},                     true,  one<s>,       one<s_T>,       one<s_P>,       nullptr},
-    SinglePhaseRow{L"fugacity",                {},                     false, each<f>,      each<f_T>,      each<f_P>,      nullptr},
-    SinglePhaseRow{L"fugacityCoefficient",     {},                     false, each<phi>,    each<phi_T>,    each<phi_P>,    nullptr},
-    SinglePhaseRow{L"gibbsEnergy",             L"gibbsFreeEnergy",     true,  one<g>,       one<g_T>,       one<v>,         nullptr},
-    SinglePhaseRow{L"heatCapacityCp",          L"heatCapacity",        true,  one<Cp>,      nullptr,        nullptr,        nullptr},
-    SinglePhaseRow{L"heatCapacityCv",          {},                     true,  one<Cv>,      nullptr,        nullptr,        nullptr},
-    SinglePhaseRow{L"helmholtzEnergy",         L"helmholtzFreeEnergy", true,  one<a>,       one<a_T>,       one<a_P>,       nullptr},
-    SinglePhaseRow{L"internalEnergy",          L"energy",              true,  one<u>,       one<u_T>,       one<u_P>,       nullptr},
-    SinglePhaseRow{L"jouleThomsonCoefficient", {},                     false, one<mu>,      nullptr,        nullptr,        nullptr},
-    SinglePhaseRow{L"logFugacityCoefficient",  {},                     false, each<lnPhi>,  each<lnPhi_T>,  each<lnPhi_P>,  lnPhi_n},
-    SinglePhaseRow{L"molecularWeight",         {},                     false, one<M>,       nullptr,        nullptr,        nullptr},
-    SinglePhaseRow{L"speedOfSound",            {},                     false, one<w>,       nullptr,        nullptr,        nullptr},
-    SinglePhaseRow{L"volume",                  {},                     true,  one<v>,       one<v_T>,       one<v_P>,       nullptr},
-};
-// clang-format on
+constexpr auto compressibility = [](const auto& p) { return p.compressibility(); };
+constexpr auto compressibilityFactor = [](const auto& p) { return p.state.Z; };
+constexpr auto density = [](const auto& p) { return p.density(); };
+constexpr auto enthalpy = [](const auto& p) { return p.enthalpy; };
+constexpr auto enthalpyF = [](const auto& p) { return p.enthalpy + p.formationEnthalpy; };
+constexpr auto entropy = [](const auto& p) { return p.entropy; };
+constexpr auto entropyF = [](const auto& p) { return p.entropy + p.formationEntropy; };
+constexpr auto gibbsEnergy = [](const auto& p) { return p.gibbsEnergy(); };
+constexpr auto heatCapacityCp = [](const auto& p) { return p.Cp; };
+constexpr auto heatCapacityCv = [](const auto& p) { return p.Cv; };
+constexpr auto helmholtzEnergy = [](const auto& p) { return p.helmholtzEnergy(); };
+constexpr auto internalEnergy = [](const auto& p) { return p.internalEnergy(); };
+constexpr auto jouleThomsonCoefficient = [](const auto& p) { return p.jouleThomsonCoefficient(); };
+constexpr auto molecularWeight = [](const auto& p) { return p.molecularWeight; };
+constexpr auto speedOfSound = [](const auto& p) { return p.speedOfSound(); };
+constexpr auto thermalConductivity = [](const auto& p) { return eos::thermalConductivity(p); };
+constexpr auto viscosity = [](const auto& p) { return eos::viscosity(p); };
+constexpr auto volume = [](const auto& p) { return p.state.v; };
 
-struct Derivative {
-    std::wstring_view suffix;
-    SinglePhaseRow::Values SinglePhaseRow::*values;
+constexpr auto logFugacityCoefficient = [](const auto& p, std::size_t i) { return p.state.lnPhi[i]; };
+constexpr auto fugacityCoefficient = [](const auto& p, std::size_t i) {
+    using std::exp;
+    return exp(p.state.lnPhi[i]);
 };
-constexpr Derivative derivatives[] = {
-    {L"", &SinglePhaseRow::value},
-    {L".Dtemperature", &SinglePhaseRow::temperatureDerivative},
-    {L".Dpressure", &SinglePhaseRow::pressureDerivative},
-    {L".Dmoles", &SinglePhaseRow::molesDerivative},
+constexpr auto fugacity = [](const auto& p, std::size_t i) {
+    return p.x[i] * fugacityCoefficient(p, i) * p.state.P;
+};
+
+constexpr std::array rows{
+    one<compressibility>(L"compressibility", Scaling::none),
+    one<compressibilityFactor>(L"compressibilityFactor", Scaling::none),
+    one<density>(L"density", Scaling::perVolume),
+    one<enthalpy>(L"enthalpy", Scaling::perMole),
+    one<enthalpyF>(L"enthalpyF", Scaling::perMole),
+    one<enthalpy>(L"enthalpyNF", Scaling::perMole),
+    one<entropy>(L"entropy", Scaling::perMole),
+    one<entropyF>(L"entropyF", Scaling::perMole),
+    one<entropy>(L"entropyNF", Scaling::perMole),
+    each<fugacity>(L"fugacity"),
+    each<fugacityCoefficient>(L"fugacityCoefficient"),
+    one<gibbsEnergy>(L"gibbsEnergy", Scaling::perMole, L"gibbsFreeEnergy"),
+    one<heatCapacityCp>(L"heatCapacityCp", Scaling::perMole, L"heatCapacity"),
+    one<heatCapacityCv>(L"heatCapacityCv", Scaling::perMole),
+    one<helmholtzEnergy>(L"helmholtzEnergy", Scaling::perMole, L"helmholtzFreeEnergy"),
+    one<internalEnergy>(L"internalEnergy", Scaling::perMole, L"energy"),
+    one<jouleThomsonCoefficient>(L"jouleThomsonCoefficient", Scaling::none),
+    each<logFugacityCoefficient>(L"logFugacityCoefficient"),
+    one<molecularWeight>(L"molecularWeight", Scaling::none),
+    one<speedOfSound>(L"speedOfSound", Scaling::none),
+    one<thermalConductivity>(L"thermalConductivity", Scaling::none),
+    one<viscosity>(L"viscosity", Scaling::none),
+    one<volume>(L"volume", Scaling::perMole),
 };
 
 } // namespace
 
-SinglePhaseProperty findSinglePhaseProperty(std::wstring_view name) {
-    const std::size_t dot = std::min(name.find(L'.'), name.size());
-    const std::wstring_view base = name.substr(0, dot), suffix = name.substr(dot);
-    for (const SinglePhaseRow& row : rows) {
-        if (isSameName(row.name, base) || (!row.alias.empty() && isSameName(row.alias, base))) {
-            for (const Derivative& derivative : derivatives) {
-                if (isSameName(derivative.suffix, suffix)) {
-                    return {row.perMole, row.*derivative.values};
-                }
+std::vector<double> SinglePhaseProperty::valuesOf(eos::DifferentiablePhase& phase) const {
+    const auto along = [&](eos::Direction direction) { return row->slopes(phase.along(direction)); };
+    switch (derivative) {
+    case Derivative::none:
+        return row->values(phase.values());
+    case Derivative::temperature:
+        return eos::slopesOf(along({Variable::temperature}));
+    case Derivative::pressure:
+        return eos::slopesOf(along({Variable::pressure}));
+    case Derivative::moleFraction:
+    case Derivative::moleNumber:
+        break;
+    }
+    return eos::compositionDerivatives(
+        phase.values().x,
+        [&](std::size_t j) {
+            return along({Variable::moleFraction, j});
+        },
+        derivative, row->scaling == Scaling::perMole);
+}
+
+SinglePhaseProperty findSinglePhaseProperty(std::wstring_view text) noexcept {
+    if (const auto name = readPropertyName(text)) {
+        for (const SinglePhaseRow& row : rows) {
+            if (isSameName(row.name, name->base) ||
+                (!row.alias.empty() && isSameName(row.alias, name->base))) {
+                return {&row, name->derivative};
             }
         }
     }
-    return {false, nullptr};
+    return {nullptr, Derivative::none};
 }
 
 std::vector<std::wstring> singlePhasePropertyNames() {
     std::vector<std::wstring> names;
     for (const SinglePhaseRow& row : rows) {
-        for (const Derivative& derivative : derivatives) {
-            if (row.*derivative.values != nullptr) {
-                names.push_back(std::wstring{row.name}.append(derivative.suffix));
-            }
+        for (const DerivativeName& derivative : derivativeNames) {
+            names.push_back(std::wstring{row.name}.append(derivative.suffix));
         }
     }
     return names;

@@ -1,8 +1,8 @@
-// The properties of one phase that the package calculates: one table row a property, with the derivatives
-// that the equation of state has in closed form. Values are in SI units on a mole basis.
+// The properties of one phase that the package calculates: one table row a property. Each has all four
+// derivatives, whose conventions are those of eos/phase_slopes.h. Values are in SI units on a mole basis.
 #pragma once
 
-#include "packages/peng_robinson/eos/fluid.h"
+#include "packages/peng_robinson/eos/phase_slopes.h"
 
 #include <string>
 #include <string_view>
@@ -10,32 +10,32 @@
 
 namespace peng_robinson {
 
-/// A phase at its conditions, evaluated once for all properties of a call.
-struct PhasePoint {
-    const eos::Fluid& fluid;
-    eos::PhaseProperties properties;
-    std::vector<double> x;
-    eos::Root root;
+/// How a value depends on the amount that it is given for.
+enum class Scaling {
+    none,      ///< the same on every basis
+    perMole,   ///< in proportion to the amount: J/mol
+    perVolume, ///< an amount in a volume: mol/m3
 };
 
 struct SinglePhaseRow {
-    using Values = std::vector<double> (*)(const PhasePoint&);
-
     std::wstring_view name;
     std::wstring_view alias; ///< an older name of the same property, understood but not listed
-    bool perMole;            ///< the value depends on the basis
-    Values value;
-    Values temperatureDerivative, pressureDerivative, molesDerivative; ///< null where there is none
+    Scaling scaling;
+    std::vector<double> (*values)(const eos::PhaseProperties&);
+    std::vector<eos::Dual> (*slopes)(const eos::PhaseSlopes&);
 };
 
-/// A property or a derivative of one ("enthalpy.Dtemperature").
+/// A property or a derivative of one.
 struct SinglePhaseProperty {
-    bool perMole;
-    SinglePhaseRow::Values values;
+    const SinglePhaseRow* row; ///< null when the package does not calculate it
+    eos::Derivative derivative;
+
+    bool isKnown() const noexcept { return row != nullptr; }
+    bool hasBasis() const noexcept { return row->scaling != Scaling::none; }
+    std::vector<double> valuesOf(eos::DifferentiablePhase& phase) const;
 };
 
-/// Null values when the package does not calculate it. Names are compared without case.
-SinglePhaseProperty findSinglePhaseProperty(std::wstring_view name);
+SinglePhaseProperty findSinglePhaseProperty(std::wstring_view name) noexcept;
 
 /// Standard spellings of all properties and derivatives.
 std::vector<std::wstring> singlePhasePropertyNames();

@@ -4,6 +4,7 @@
 
 #include "packages/peng_robinson/eos/heat_capacity.h"
 
+#include <limits>
 #include <span>
 #include <string_view>
 
@@ -24,10 +25,14 @@ struct Compound {
     double formationEnthalpy;  // J/mol, ideal gas at 298.15 K
     double formationGibbs;     // J/mol, ideal gas at 298.15 K
     double standardEntropy;    // J/(mol K), ideal gas at 298.15 K, absolute
-    HeatCapacity idealGas;     // J/(mol K)
+    // Compounds from elsewhere need not have these two:
+    double liquidDensity = std::numeric_limits<double>::quiet_NaN(); // kg/m3 at saturation, see below
+    double parachor = std::numeric_limits<double>::quiet_NaN();      // (mN/m)^(1/4) cm3/mol
+    HeatCapacity idealGas;                                           // J/(mol K)
 
     double criticalVolume() const { return 1.0 / criticalDensity; }
     double criticalCompressibility() const;
+    double liquidReferenceTemperature() const; ///< K, of the liquid density
 };
 
 /// All compounds, in the order in which the package lists them.

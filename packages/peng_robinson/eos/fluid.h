@@ -14,24 +14,36 @@
 
 namespace peng_robinson::eos {
 
-/// Everything known about one phase; enthalpies etc. in J/mol and J/(mol K).
-struct PhaseProperties {
-    PhaseState state;       ///< with thermal properties
-    double molecularWeight; ///< g/mol
-    double enthalpy, entropy;
-    double formationEnthalpy, formationEntropy;
-    double Cp, Cv;
+class Fluid;
 
-    double gibbsEnergy() const { return enthalpy - state.T * entropy; }
-    double internalEnergy() const { return enthalpy - state.P * state.v; }
-    double helmholtzEnergy() const { return internalEnergy() - state.T * entropy; }
-    double density() const { return 1.0 / state.v; } ///< mol/m3
+/// Everything known about one phase; enthalpies etc. in J/mol and J/(mol K). With Dual numbers: the same with
+/// its derivatives in one direction (phase_slopes.h).
+template <typename Number>
+struct BasicPhaseProperties {
+    const Fluid* fluid;            ///< which outlives its phases
+    std::vector<Number> x;         ///< mole fractions
+    BasicPhaseState<Number> state; ///< with thermal properties
+    Number molecularWeight;        ///< g/mol
+    Number enthalpy, entropy;
+    Number formationEnthalpy, formationEntropy;
+    Number Cp, Cv;
+
+    Number gibbsEnergy() const { return enthalpy - state.T * entropy; }
+    Number internalEnergy() const { return enthalpy - state.P * state.v; }
+    Number helmholtzEnergy() const { return internalEnergy() - state.T * entropy; }
+    Number density() const { return 1.0 / state.v; } ///< mol/m3
     /// -1/v (dv/dP) at constant temperature, 1/Pa.
-    double compressibility() const { return -1.0 / (state.v * state.dP_dv); }
+    Number compressibility() const { return -1.0 / (state.v * state.dP_dv); }
     /// (dT/dP) at constant enthalpy, K/Pa.
-    double jouleThomsonCoefficient() const;
-    double speedOfSound() const; ///< m/s
+    Number jouleThomsonCoefficient() const { return (-state.T * state.dP_dT / state.dP_dv - state.v) / Cp; }
+    /// m/s
+    Number speedOfSound() const {
+        using std::sqrt;
+        const Number kilogramsPerMole = molecularWeight / 1000.0;
+        return state.v * sqrt(-Cp / Cv * state.dP_dv / kilogramsPerMole);
+    }
 };
+using PhaseProperties = BasicPhaseProperties<double>;
 
 class Fluid {
   public:
@@ -44,6 +56,7 @@ class Fluid {
     std::size_t size() const noexcept { return compounds_.size(); }
     const Compound& compound(std::size_t i) const { return *compounds_[i]; }
     const PengRobinson& model() const noexcept { return model_; }
+    double volumeShift(std::size_t i) const { return volumeShifts_[i]; } ///< m3/mol, see volume_shift.h
 
     /// `x` need not be normalised. Throws InvalidInput and OutOfRange.
     PhaseProperties properties(double T, double P, std::span<const double> x, Root root) const;
@@ -53,6 +66,7 @@ class Fluid {
   private:
     std::vector<const Compound*> compounds_;
     PengRobinson model_;
+    std::vector<double> volumeShifts_;
 };
 
 } // namespace peng_robinson::eos

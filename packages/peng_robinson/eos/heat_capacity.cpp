@@ -64,6 +64,22 @@ double HeatCapacity::cp(double T) const {
     return value + cosh.factor * squareOverCosh(cosh.temperature / T);
 }
 
+double HeatCapacity::dCp_dT(double T) const {
+    double value = 0.0;
+    for (const auto& [factor, theta] : sinh) {
+        const double x = theta / T;
+        value += factor * squareOverSinh(x) * (x * coth(x) - 1.0);
+    }
+    const double x = cosh.temperature / T;
+    value += cosh.factor * squareOverCosh(x) * (x * std::tanh(x) - 1.0);
+    double slope = 2.0 * value / T;
+    if (withinRange(*this, T) == T) {
+        const auto& [p1, p2, p3, p4] = powers;
+        slope += p1 + T * (2.0 * p2 + T * (3.0 * p3 + T * 4.0 * p4));
+    }
+    return slope;
+}
+
 double HeatCapacity::enthalpy(double T) const {
     return enthalpyIntegral(*this, T) - enthalpyIntegral(*this, referenceTemperature);
 }

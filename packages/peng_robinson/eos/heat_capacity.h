@@ -24,6 +24,7 @@ struct HeatCapacity {
     std::array<double, 4> powers{}; // of T, T^2, T^3 and T^4
 
     double cp(double T) const;
+    double dCp_dT(double T) const;
     /// Integral of Cp dT from the reference temperature, J/mol.
     double enthalpy(double T) const;
     /// Integral of Cp/T dT from the reference temperature, J/(mol K).

@@ -35,7 +35,20 @@ double spinodalVolume(double stable, double unstable, double tau) {
     return stable;
 }
 
+double dv_dT(const PhaseState& phase) { return -phase.dP_dT / phase.dP_dv; }
+
 } // namespace
+
+double Saturation::liquidVolumeSlope() const { return dv_dT(liquid) + dP_dT() / liquid.dP_dv; }
+
+double Saturation::heatOfVaporizationSlope() const {
+    // Of the enthalpy along the line: Cp + (v - T (dv/dT)) dP/dT; what an ideal gas has is the same in both
+    // phases.
+    const auto slope = [this](const PhaseState& phase) {
+        return phase.residualCp + (phase.v - T * dv_dT(phase)) * dP_dT();
+    };
+    return slope(vapor) - slope(liquid);
+}
 
 Saturation saturationAtTemperature(const PengRobinson& pure, double T) {
     const Isotherm isotherm = pure.at(T);

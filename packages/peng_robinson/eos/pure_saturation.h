@@ -10,6 +10,11 @@ struct Saturation {
     double T, P;
     PhaseState vapor, liquid; ///< with thermal properties
     double heatOfVaporization() const { return vapor.residualEnthalpy - liquid.residualEnthalpy; }
+
+    // Derivatives by temperature along the saturation line.
+    double dP_dT() const { return heatOfVaporization() / (T * (vapor.v - liquid.v)); } ///< Clapeyron
+    double liquidVolumeSlope() const;
+    double heatOfVaporizationSlope() const;
 };
 
 /// Throws OutOfRange at or above the critical temperature, NotAvailable where the vapor pressure is too small
