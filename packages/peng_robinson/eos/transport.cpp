@@ -105,7 +105,9 @@ Number residualViscosity(const BasicPhaseProperties<Number>& phase) {
     const Number r = Vc / shiftedVolume(phase);
     const Number quarter = 0.1023 + r * (0.023364 + r * (0.058533 + r * (-0.040758 + r * 0.0093324)));
     const Number square = quarter * quarter;
-    return 1e-3 * (square * square - 1e-4) * inverseScale;
+    // Jossi et al. round this to 1e-4, which would leave a residue of some percent in a gas without density.
+    constexpr double atZero = 0.1023 * 0.1023 * 0.1023 * 0.1023;
+    return 1e-3 * (square * square - atZero) * inverseScale;
 }
 
 template <typename Number>
