@@ -4,6 +4,7 @@
 #include "src/udf/arguments.h"
 #include "src/udf/layout.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace quorvane::udf {
@@ -60,12 +61,13 @@ class MassConversion {
 com::variant emptyText() { return com::variant{com::unique_bstr{}}; }
 
 void convertConstants(ArrayVariant& values, const PropertyPackage& package, const PropertyInfo& info) {
+    const auto elements = values.elements<VARIANT>();
+    if (std::ranges::any_of(elements, [](const VARIANT& value) { return value.vt != VT_R8; })) {
+        throw CWStrException{L"Unable to perform mole-to-mass conversion, unexpected value data type"};
+    }
     const MassConversion convert{package, info.moleConversion};
     std::size_t position = 0;
-    for (VARIANT& value : values.elements<VARIANT>()) {
-        if (value.vt != VT_R8) {
-            throw CWStrException{L"Unable to perform mole-to-mass conversion, unexpected value data type"};
-        }
+    for (VARIANT& value : elements) {
         value = (std::isnan(value.dblVal) ? emptyText() : com::variant{convert(value.dblVal, position)})
                     .release();
         ++position;
