@@ -2,13 +2,12 @@
 // says.
 #include "sheet/cli/cell_values.h"
 #include "sheet/cli/text.h"
-#include "tests/conformance/table.h"
+#include "tests/conformance/table_file.h"
 #include "tests/scripted_package/package_object.h"
 #include "tests/scripted_package/script_text.h"
 #include "tests/src/server/worksheet.h"
 
 #include <algorithm>
-#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -18,21 +17,6 @@ namespace {
 
 using sheet::cli::toWide;
 using sheet::excel::Range;
-
-// The file lies beside the test program.
-const Table& table() {
-    static const Table read = [] {
-        wchar_t program[1024];
-        GetModuleFileNameW(nullptr, program, static_cast<DWORD>(std::size(program)));
-        std::wstring path{program};
-        path.resize(path.rfind(L'\\') + 1);
-        std::ifstream file{(path + L"worksheet_functions.txt").c_str(), std::ios::binary};
-        std::ostringstream text;
-        text << file.rdbuf();
-        return readTable(text.str());
-    }();
-    return read;
-}
 
 // --- The table itself
 

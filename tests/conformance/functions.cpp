@@ -130,6 +130,12 @@ std::vector<com::variant> workingArguments(const Function& function) {
     return arguments;
 }
 
+com::variant& argumentNamed(std::string_view parameter, const Function& function,
+                            std::vector<com::variant>& arguments) {
+    const auto found = std::ranges::find(function.parameters, parameter, &Parameter::name);
+    return arguments.at(static_cast<std::size_t>(found - function.parameters.begin()));
+}
+
 void teach(scripted::Script& package) {
     package.calculates(L"fugacityCoefficient.DmolFraction", L"", {11, 12, 13, 21, 22, 23, 31, 32, 33});
     package.calculates(L"kvalue.DmolFraction", L"",

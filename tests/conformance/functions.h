@@ -54,6 +54,9 @@ const Function& functionNamed(std::string_view name);
 /// the enthalpy of its phases.
 std::vector<com::variant> workingArguments(const Function& function);
 
+com::variant& argumentNamed(std::string_view parameter, const Function& function,
+                            std::vector<com::variant>& arguments);
+
 /// What the package answers to these.
 void teach(scripted::Script& package);
 

@@ -28,9 +28,7 @@ constexpr const char* badOptions =
 Mistake wrong(const char* name, const char* parameter, std::function<com::variant()> value,
               const char* message) {
     const auto give = [parameter, value = std::move(value)](Scene& scene) {
-        const auto& all = scene.function.parameters;
-        const auto position = std::ranges::find(all, std::string_view{parameter}, &Parameter::name);
-        scene.arguments.at(static_cast<std::size_t>(position - all.begin())) = value();
+        argumentNamed(parameter, scene.function, scene.arguments) = value();
     };
     return {name, parameter, give, message};
 }
