@@ -29,9 +29,11 @@ double place(std::size_t element, int rank, std::size_t compounds) {
         return 0.0;
     case 1:
         return 10.0 * static_cast<double>(element + 1);
-    default:
-        return 10.0 * static_cast<double>(element % compounds + 1) +
-               static_cast<double>(element / compounds + 1);
+    default: {
+        const std::size_t a = element % compounds + 1;
+        const std::size_t b = element / compounds + 1;
+        return 10.0 * static_cast<double>(a) + static_cast<double>(b);
+    }
     }
 }
 

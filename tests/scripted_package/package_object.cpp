@@ -13,9 +13,7 @@ constexpr double molarGasConstant = 8.31446261815324;
 
 std::vector<std::wstring> namesOf(const std::vector<Property>& properties) {
     std::vector<std::wstring> names;
-    for (const Property& property : properties) {
-        names.push_back(property.name);
-    }
+    std::ranges::transform(properties, std::back_inserter(names), &Property::name);
     return names;
 }
 
