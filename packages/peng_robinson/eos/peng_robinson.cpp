@@ -12,10 +12,11 @@ namespace {
 
 bool isPositive(double value) { return std::isfinite(value) && value > 0.0; }
 
-void requirePositive(const char* message, double value) {
+double requirePositive(const char* message, double value) {
     if (!isPositive(value)) {
         throw OutOfRange{message, value, 0.0, std::numeric_limits<double>::infinity()};
     }
+    return value;
 }
 
 // Those for which the volume exceeds the co-volume, in increasing order.
@@ -77,9 +78,9 @@ PengRobinson PengRobinson::subset(std::span<const std::size_t> indices) const {
 
 Isotherm PengRobinson::at(double T) const { return Isotherm{*this, T}; }
 
-Isotherm::Isotherm(const PengRobinson& model, double T) : model_{&model} {
-    requirePositive("The temperature must be a positive number of kelvin", T);
-    attractions_ = attractionsAt(model, T);
+Isotherm::Isotherm(const PengRobinson& model, double T)
+    : model_{&model}, attractions_{attractionsAt(
+                          model, requirePositive("The temperature must be a positive number of kelvin", T))} {
 }
 
 std::vector<double> Isotherm::compressibilityFactors(double P, std::span<const double> x) const {
