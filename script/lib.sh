@@ -107,6 +107,16 @@ register() {
     done
 }
 
+# with_screen COMMAND...: runs the command with a screen that nobody sees, where Windows programs can show windows.
+with_screen() (
+    # Read as a file, the process belongs to this subshell, which ends it whatever happens.
+    exec {number_of_screen}< <(exec Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp 2>/dev/null 9>&-)
+    screen=$!
+    trap 'kill "$screen"' EXIT
+    read -r -t 60 number <&"$number_of_screen" || die 'Xvfb does not start'
+    DISPLAY=:$number "$@"
+)
+
 # --- Checks ----------------------------------------------------------------------------------------------------
 
 failures=0

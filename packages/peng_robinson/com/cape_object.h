@@ -59,6 +59,8 @@ class CapeObject
   protected:
     CapeObject(std::wstring name, std::wstring description);
 
+    const std::wstring& name() const noexcept { return name_; }
+
     /// The frame of every CAPE-OPEN method: no exception leaves it, and each becomes a code and its texts.
     template <typename Body>
     HRESULT call(const wchar_t* interfaceName, const wchar_t* operation, Body&& body) noexcept {

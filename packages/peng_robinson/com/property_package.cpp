@@ -69,12 +69,6 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::Terminate() noexcept {
     });
 }
 
-HRESULT STDMETHODCALLTYPE PropertyPackage::Edit() noexcept {
-    return call(utilities, L"Edit", [] {
-        throw CapeError{ECapeNoImplHR, L"This package has no window to edit it"};
-    });
-}
-
 HRESULT STDMETHODCALLTYPE PropertyPackage::SetMaterial(IDispatch* material) noexcept {
     return call(materialContext, L"SetMaterial", [&] {
         material_.reset();

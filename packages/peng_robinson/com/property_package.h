@@ -108,6 +108,7 @@ class PropertyPackage final
     std::shared_ptr<const Configuration> configuration_;
     bool isInitialised_ = false; ///< by InitNew or Load
     bool isDirty_ = false;
+    bool isEdited_ = false; ///< its window is open
     std::shared_ptr<const Material> material_;
     com::com_ptr<IDispatch> simulationContext_;
 };

@@ -5,6 +5,7 @@
 
 #include "com/owned.h"
 #include "packages/peng_robinson/com/cape_error.h"
+#include "packages/peng_robinson/dialog/utf8.h"
 
 #include <string>
 #include <string_view>
@@ -37,9 +38,5 @@ void returnValue(VARIANT* out, com::variant value);
 
 /// Throws CapeError with E_POINTER when the caller gave no place for the result.
 void requirePointer(const void* out);
-
-/// Texts of the plain parts are UTF-8, those of COM are UTF-16.
-std::wstring widen(std::string_view text);
-std::string narrow(std::wstring_view text);
 
 } // namespace peng_robinson

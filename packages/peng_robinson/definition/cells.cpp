@@ -1,41 +1,26 @@
 #include "packages/peng_robinson/definition/cells.h"
 
 #include "packages/peng_robinson/catalogue/catalogue.h"
+#include "packages/peng_robinson/catalogue/decimal.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <sstream>
 
 namespace peng_robinson {
-namespace {
-
-std::string numberText(double value) {
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
-    text << value;
-    return text.str();
-}
-
-} // namespace
 
 double readNumber(const std::string& text, std::string_view what, const Limits& limits, std::size_t line) {
-    const char* const end = text.data() + text.size();
-    const char* const begin = text.data() + (text.starts_with('+') ? 1 : 0);
-    double value = 0.0;
-    const auto [stop, error] = std::from_chars(begin, end, value);
-    if (error != std::errc{} || stop != end || !std::isfinite(value)) {
+    const std::optional<double> value = readDecimal(text);
+    if (!value) {
         const bool hasComma = text.find(',') != std::string::npos;
         throw DefinitionError{line, "the " + std::string{what} + " " + quoted(text) + " is not a number" +
                                         (hasComma ? "; write it with a decimal point" : "")};
     }
-    if (value < limits.lowest || value > limits.highest) {
+    if (*value < limits.lowest || *value > limits.highest) {
         const std::string unit = limits.unit.empty() ? std::string{} : std::string{' '}.append(limits.unit);
         throw DefinitionError{line, "the " + std::string{what} + " must be between " +
-                                        numberText(limits.lowest) + " and " + numberText(limits.highest) +
+                                        decimalText(limits.lowest) + " and " + decimalText(limits.highest) +
                                         unit + ", not " + text};
     }
-    return value;
+    return *value;
 }
 
 Columns::Columns(const Row& header, const std::vector<std::string_view>& known)

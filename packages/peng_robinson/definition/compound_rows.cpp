@@ -55,7 +55,7 @@ constexpr std::array<std::string_view, 5> polynomial{"cp0", "cp1", "cp2", "cp3",
 constexpr std::array<std::string_view, 2> range{"cp from", "cp to"};
 constexpr std::array<std::string_view, 5> alyLee{"cpA", "cpB", "cpC", "cpD", "cpE"};
 constexpr Limits anyCoefficient{-1e15, 1e15, {}};
-constexpr Limits anyTemperature{1.0, 100000.0, "K"};
+constexpr Limits anyTemperature{1.0, 20000.0, "K"};
 
 std::vector<std::string_view> knownColumns() {
     std::vector<std::string_view> known;

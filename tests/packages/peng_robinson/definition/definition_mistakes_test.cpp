@@ -101,7 +101,7 @@ TEST(DefinitionMistakes, HeatCapacities) {
     EXPECT_EQ(mistake(columns + "-36"), "3: the heat capacity is not positive at 5 K");
     EXPECT_EQ(mistake(columns + ",,,,33.3,79.9,2086.9,41.6"), "3: the compound has no cpE");
     EXPECT_EQ(mistake(columns + ",,,,33.3,79.9,0,41.6,992"),
-              "3: the cpC must be between 1 and 100000 K, not 0");
+              "3: the cpC must be between 1 and 20000 K, not 0");
     EXPECT_EQ(mistake(columns + "36,,,,33.3,79.9,2086.9,41.6,992"),
               "3: the compound has two heat capacities; fill either cp0 to cp4 or cpA to cpE");
 }
