@@ -1,5 +1,6 @@
 #include "sheet/cli/add_in.h"
 
+#include "com/safe_array.h"
 #include "sheet/cli/cell_values.h"
 
 #include <algorithm>
@@ -31,6 +32,40 @@ ErrorInformation takeErrors() noexcept {
 std::string reasonFor(HRESULT code) {
     const ErrorInformation error = takeErrors();
     return error.description ? toUtf8(com::viewOf(error.description)) : systemText(code);
+}
+
+std::optional<std::string> messageLeft() {
+    const ErrorInformation error = takeErrors();
+    return error.description ? std::optional{toUtf8(com::viewOf(error.description))} : std::nullopt;
+}
+
+// A table of one row, as the front end would find it in the workbook.
+com::variant tableOf(const std::vector<std::string>& row) {
+    com::unique_safearray array = com::makeMatrix(VT_BSTR, 1, row.size());
+    {
+        const com::array_lock<BSTR> lock{array.get()};
+        std::ranges::transform(row, lock.elements().begin(), [](const std::string& cell) {
+            return cell.empty() ? nullptr : com::makeBstr(toWide(cell)).release();
+        });
+    }
+    return com::variant::array(std::move(array), VT_BSTR);
+}
+
+formula::CsvTable rowsOf(const com::variant& table) {
+    if (table.vt != (VT_ARRAY | VT_BSTR) || SafeArrayGetDim(table.parray) != 2) {
+        return {};
+    }
+    const com::array_lock<BSTR> lock{table.parray};
+    const std::span<BSTR> cells = lock.elements();
+    LONG lower = 0;
+    LONG upper = -1;
+    SafeArrayGetLBound(table.parray, 1, &lower);
+    SafeArrayGetUBound(table.parray, 1, &upper);
+    formula::CsvTable rows(static_cast<std::size_t>(upper - lower + 1));
+    for (std::size_t i = 0; i < cells.size(); ++i) { // column by column
+        rows[i % rows.size()].push_back(toUtf8(com::viewOf(cells[i])));
+    }
+    return rows;
 }
 
 com::variant toVariant(const formula::Argument& argument, const formula::Grid& grid) {
@@ -98,6 +133,55 @@ void AddIn::attach(const PackageOption& package, const Component& component) {
     if (FAILED(code)) {
         throw AddInError{"the package " + package.name + " cannot be attached: " + reasonFor(code)};
     }
+}
+
+std::optional<std::string> AddIn::restore(const std::vector<std::string>& row) {
+    const com::variant table = tableOf(row);
+    forgetErrors();
+    const HRESULT code = frontEnd_->services()->Depersist(workbook_->dispatch(), table);
+    if (FAILED(code)) {
+        return reasonFor(code);
+    }
+    // A message that the add-in could only show to its user stays behind as error information.
+    return messageLeft();
+}
+
+formula::CsvTable AddIn::savedPackages() {
+    com::variant table;
+    forgetErrors();
+    const HRESULT code = frontEnd_->services()->Persist(workbook_->dispatch(), &table);
+    const std::optional<std::string> problem = FAILED(code) ? reasonFor(code) : messageLeft();
+    if (problem) {
+        throw AddInError{"the packages cannot be saved: " + *problem};
+    }
+    return rowsOf(table);
+}
+
+std::vector<std::string> AddIn::packageNames() {
+    com::variant list;
+    frontEnd_->services()->PackageNames(workbook_->dispatch(), &list);
+    std::vector<std::string> names;
+    if (list.vt == (VT_ARRAY | VT_BSTR)) {
+        const com::array_lock<BSTR> lock{list.parray};
+        for (const BSTR name : lock.elements()) {
+            names.push_back(toUtf8(com::viewOf(name)));
+        }
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string AddIn::describe(const std::string& name) {
+    const com::unique_bstr package = com::makeBstr(toWide(name));
+    com::unique_bstr description;
+    forgetErrors();
+    const HRESULT code = frontEnd_->services()->GetPackageInfo(package.get(), description.put());
+    if (FAILED(code)) {
+        throw AddInError{"the package " + name + " cannot be described: " + reasonFor(code)};
+    }
+    std::string text = toUtf8(com::viewOf(description));
+    std::erase(text, '\r');
+    return text;
 }
 
 bool AddIn::hasFunction(const std::string& name) {

@@ -5,6 +5,7 @@
 #include "sheet/cli/options.h"
 #include "sheet/excel/application.h"
 #include "sheet/excel/front_end.h"
+#include "sheet/formula/csv.h"
 #include "sheet/formula/recalculation.h"
 
 #include <office_idl.h>
@@ -30,6 +31,16 @@ class AddIn {
     ~AddIn() = default;
 
     void attach(const PackageOption& package, const Component& component);
+
+    /// Restores a package from one row of a table of saved packages. Says what hinders it.
+    std::optional<std::string> restore(const std::vector<std::string>& row);
+    /// The table of all packages. Throws AddInError also when it lacks the state of a package.
+    formula::CsvTable savedPackages();
+
+    /// The attached packages, in the order of the alphabet.
+    std::vector<std::string> packageNames();
+    /// The add-in's description of an attached package: lines that end with "\n". Throws AddInError.
+    std::string describe(const std::string& name);
 
     bool hasFunction(const std::string& name);
     /// The formula's own cell or range is the caller. hasFunction() must be true.

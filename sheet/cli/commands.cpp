@@ -12,6 +12,7 @@ const char* kindOf(const Component& component) { return component.isPackage ? "p
 
 struct Runner {
     int operator()(const Recalc& command) const { return recalc(command); }
+    int operator()(const Info& command) const { return info(command); }
     int operator()(List) const { return list(); }
     int operator()(Help) const {
         print(Stream::output, helpText);

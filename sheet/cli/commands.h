@@ -13,6 +13,7 @@ inline constexpr int unusable = 2;
 int run(const Command& command);
 
 int recalc(const Recalc& command);
+int info(const Info& command);
 int list();
 
 /// Tells on standard error that nothing could be done.

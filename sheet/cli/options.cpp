@@ -8,7 +8,9 @@ const std::string_view helpText =
     R"(quorvane-sheet calculates worksheets that call Quorvane's functions, without Excel.
 
 usage:
-  quorvane-sheet recalc FILE.csv [--package NAME=PROGID]... [--array RANGE]... [--out FILE.csv]
+  quorvane-sheet recalc FILE.csv [--packages FILE.csv] [--package NAME=PROGID]... [--array RANGE]...
+                        [--out FILE.csv] [--save-packages FILE.csv]
+  quorvane-sheet info [--packages FILE.csv] [--package NAME=PROGID]...
   quorvane-sheet list
   quorvane-sheet --help | --version
 
@@ -16,11 +18,16 @@ recalc
   Calculates every formula of a worksheet (CSV in UTF-8; a cell that begins with = is a formula) and prints it.
   --package NAME=PROGID          attaches the CAPE-OPEN 1.1 property package PROGID under NAME
   --package NAME=PROGID!PACKAGE  attaches PACKAGE of the property package manager PROGID under NAME
+  --packages FILE.csv            attaches the packages that --save-packages wrote, before any --package
   --array B2:B9                  enters the formula in the first cell over the whole range, as Ctrl+Shift+Enter does
   --out FILE.csv                 also writes the calculated values
+  --save-packages FILE.csv       writes the attached packages with all that they keep, such as edited parameters
 
   A formula is one call, =CapeOpenCompounds("Gas","vertical"), with texts, numbers, TRUE, FALSE, references (A1, $A$1,
   A1:B7) and left-out arguments; or one reference, =A1. Its result spills over the empty cells right of it and below.
+
+info
+  Describes each package that the options attach, in the order of the names.
 
 list
   Lists the CAPE-OPEN 1.1 property packages and package managers that are installed.
@@ -80,6 +87,9 @@ class Reader {
         if (word == "recalc") {
             return recalc();
         }
+        if (word == "info") {
+            return info();
+        }
         fail("\"" + word + "\" is no command");
     }
 
@@ -108,41 +118,89 @@ class Reader {
         return result;
     }
 
+    Command info() {
+        Info result;
+        while (!left_.empty()) {
+            const Option option = takeOption(take());
+            if (option.name == "--help" || option.name == "-h") {
+                return Help{};
+            }
+            if (!option.name.starts_with('-')) {
+                fail("info takes options only, but \"" + option.name + "\" is given");
+            }
+            if (!readPackageOption(option, result.packages)) {
+                fail("info does not have the option " + option.name);
+            }
+        }
+        return result;
+    }
+
     // "--option value" or "--option=value"
-    void readOption(const std::string& word, Recalc& result) {
+    struct Option {
+        std::string name;
+        std::optional<std::string> attached;
+    };
+    static Option takeOption(const std::string& word) {
         const std::size_t equals = word.find('=');
-        const std::string option = word.substr(0, equals);
-        const auto value = [&] {
-            if (equals != std::string::npos) {
-                return word.substr(equals + 1);
-            }
-            if (left_.empty()) {
-                fail(option + " wants a value");
-            }
-            return take();
-        };
-        if (option == "--package") {
-            addPackage(readPackage(value()), result);
-        } else if (option == "--array") {
-            addArray(value(), result);
-        } else if (option == "--out") {
-            if (result.out) {
-                fail("--out is given twice");
-            }
-            result.out = value();
-            if (result.out->empty()) {
-                fail("--out wants the name of a file");
-            }
+        Option option{word.substr(0, equals), std::nullopt};
+        if (equals != std::string::npos) {
+            option.attached = word.substr(equals + 1);
+        }
+        return option;
+    }
+    std::string valueOf(const Option& option) {
+        if (option.attached) {
+            return *option.attached;
+        }
+        if (left_.empty()) {
+            fail(option.name + " wants a value");
+        }
+        return take();
+    }
+
+    void readOption(const std::string& word, Recalc& result) {
+        const Option option = takeOption(word);
+        if (readPackageOption(option, result.packages)) {
+            return;
+        }
+        if (option.name == "--array") {
+            addArray(valueOf(option), result);
+        } else if (option.name == "--out") {
+            readFileName(option, result.out);
+        } else if (option.name == "--save-packages") {
+            readFileName(option, result.savePackages);
         } else {
-            fail("the option " + option + " is unknown");
+            fail("the option " + option.name + " is unknown");
         }
     }
 
-    static void addPackage(PackageOption package, Recalc& result) {
-        if (std::ranges::find(result.packages, package.name, &PackageOption::name) != result.packages.end()) {
+    bool readPackageOption(const Option& option, PackageOptions& result) {
+        if (option.name == "--package") {
+            addPackage(readPackage(valueOf(option)), result);
+            return true;
+        }
+        if (option.name == "--packages") {
+            readFileName(option, result.file);
+            return true;
+        }
+        return false;
+    }
+
+    void readFileName(const Option& option, std::optional<std::string>& file) {
+        if (file) {
+            fail(option.name + " is given twice");
+        }
+        file = valueOf(option);
+        if (file->empty()) {
+            fail(option.name + " wants the name of a file");
+        }
+    }
+
+    static void addPackage(PackageOption package, PackageOptions& result) {
+        if (std::ranges::find(result.named, package.name, &PackageOption::name) != result.named.end()) {
             fail("two packages are named " + package.name);
         }
-        result.packages.push_back(std::move(package));
+        result.named.push_back(std::move(package));
     }
 
     static void addArray(const std::string& text, Recalc& result) {

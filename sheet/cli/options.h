@@ -22,17 +22,27 @@ struct PackageOption {
     bool operator==(const PackageOption&) const = default;
 };
 
+/// The packages that are attached.
+struct PackageOptions {
+    std::optional<std::string> file; // saved packages
+    std::vector<PackageOption> named;
+};
+
 struct Recalc {
     std::string file;
-    std::vector<PackageOption> packages;
+    PackageOptions packages;
     std::vector<formula::Block> arrays;
     std::optional<std::string> out;
+    std::optional<std::string> savePackages;
+};
+struct Info {
+    PackageOptions packages;
 };
 struct List {};
 struct Help {};
 struct Version {};
 
-using Command = std::variant<Recalc, List, Help, Version>;
+using Command = std::variant<Recalc, Info, List, Help, Version>;
 
 class UsageError : public std::runtime_error {
   public:

@@ -1,11 +1,10 @@
-#include "sheet/cli/add_in.h"
 #include "sheet/cli/commands.h"
+#include "sheet/cli/csv_files.h"
 #include "sheet/cli/files.h"
+#include "sheet/cli/packages.h"
 #include "sheet/cli/progress.h"
-#include "sheet/formula/csv.h"
 #include "sheet/formula/dependencies.h"
 #include "sheet/formula/table.h"
-#include "sheet/formula/utf8.h"
 
 #include <algorithm>
 
@@ -15,20 +14,6 @@ namespace {
 
 using formula::InputError;
 using formula::Problem;
-
-Component componentFor(const PackageOption& package) {
-    const std::optional<Component> found = findComponent(package.progId);
-    if (!found) {
-        throw AddInError{"the package " + package.name + " cannot be attached: nothing is registered as " +
-                         package.progId + "; quorvane-sheet list shows what is installed"};
-    }
-    if (found->isManager && !found->isPackage && !package.managed) {
-        throw AddInError{"the package " + package.name + " cannot be attached: " + package.progId +
-                         " is a package manager; write " + package.name + "=" + package.progId +
-                         "!PACKAGENAME"};
-    }
-    return *found;
-}
 
 void checkFunctions(const formula::Worksheet& sheet, AddIn& addIn) {
     std::vector<Problem> problems;
@@ -70,36 +55,38 @@ void refuseHugeTable(const formula::Worksheet& sheet) {
     refuseHugeTable(rows, columns);
 }
 
-// Excel takes a file for UTF-8 only when it begins with the mark; plain ASCII needs none.
-std::string csvOf(const formula::Grid& grid) {
+formula::CsvTable valuesOf(const formula::Grid& grid) {
     formula::CsvTable table(grid.rows());
     for (std::size_t row = 0; row < table.size(); ++row) {
         for (std::size_t column = 0; column < grid.columns(); ++column) {
             table[row].push_back(formula::exactText(grid.at({row, column})));
         }
     }
-    const std::string text = formula::writeCsv(table);
-    return formula::characterCount(text) == text.size() ? text : "\xEF\xBB\xBF" + text;
+    return table;
 }
 
-formula::Recalculated calculated(const Recalc& command, const formula::Worksheet& sheet,
-                                 const formula::Graph& references) {
-    std::vector<Component> components;
-    for (const PackageOption& package : command.packages) {
-        components.push_back(componentFor(package));
-    }
+struct Outcome {
+    formula::Recalculated cells;
+    formula::CsvTable packages; // when they are to be saved
+};
+
+Outcome calculated(const Recalc& command, const formula::Worksheet& sheet, const formula::Graph& references) {
+    const Attachments attachments{command.packages};
     AddIn addIn{command.file};
     checkFunctions(sheet, addIn);
-    for (std::size_t i = 0; i < components.size(); ++i) {
-        addIn.attach(command.packages[i], components[i]);
-    }
+    attachments.enter(addIn);
     ProgressLine progress;
-    return formula::recalculate(
-        sheet, references,
-        [&](const formula::EnteredFormula& entered, const formula::Grid& grid) {
-            return addIn.call(entered, grid);
-        },
-        [&](std::size_t done, std::size_t all) { progress.show(done, all); });
+    Outcome outcome{formula::recalculate(
+                        sheet, references,
+                        [&](const formula::EnteredFormula& entered, const formula::Grid& grid) {
+                            return addIn.call(entered, grid);
+                        },
+                        [&](std::size_t done, std::size_t all) { progress.show(done, all); }),
+                    {}};
+    if (command.savePackages) {
+        outcome.packages = addIn.savedPackages();
+    }
+    return outcome;
 }
 
 void printFailures(const std::vector<formula::Failure>& failures) {
@@ -111,21 +98,42 @@ void printFailures(const std::vector<formula::Failure>& failures) {
     print(Stream::error, text);
 }
 
+// What would be lost or confused by writing the named files; empty when nothing would.
+std::string problemWithFiles(const Recalc& command) {
+    if (command.out && isSameFile(command.file, *command.out)) {
+        return *command.out + ": --out would replace the worksheet's formulas by values; name another file";
+    }
+    if (command.savePackages && isSameFile(command.file, *command.savePackages)) {
+        return *command.savePackages +
+               ": --save-packages would replace the worksheet by its packages; name another file";
+    }
+    if (command.out && command.savePackages && isSameFile(*command.out, *command.savePackages)) {
+        return *command.out + ": --out and --save-packages name the same file; name two";
+    }
+    if (command.out && command.packages.file && isSameFile(*command.packages.file, *command.out)) {
+        return *command.out + ": --out would replace the saved packages by values; name another file";
+    }
+    return {};
+}
+
 } // namespace
 
 int recalc(const Recalc& command) {
-    if (command.out && isSameFile(command.file, *command.out)) {
-        return reject(*command.out +
-                      ": --out would replace the worksheet's formulas by values; name another file");
+    if (const std::string problem = problemWithFiles(command); !problem.empty()) {
+        return reject(problem);
     }
     try {
         const formula::Worksheet sheet =
             formula::readWorksheet(formula::readCsv(readFile(command.file)), command.arrays);
         refuseHugeTable(sheet);
-        const formula::Recalculated result = calculated(command, sheet, formula::acyclicReferences(sheet));
+        const Outcome outcome = calculated(command, sheet, formula::acyclicReferences(sheet));
+        const formula::Recalculated& result = outcome.cells;
         refuseHugeTable(result.grid.rows(), result.grid.columns());
         if (command.out) {
-            writeFile(*command.out, csvOf(result.grid));
+            writeCsvFile(*command.out, valuesOf(result.grid));
+        }
+        if (command.savePackages) {
+            writeCsvFile(*command.savePackages, outcome.packages);
         }
         print(Stream::output, formula::printedTable(result.grid));
         if (result.failures.empty()) {

@@ -118,6 +118,7 @@ std::shared_ptr<PropertyPackage> restored(const PersistedPackage& saved) {
 ArrayVariant persist(const WorkbookStore& store, WorkbookKey workbook, const Report& report) {
     const std::vector<NamedPackage> packages = store.packagesOf(workbook);
     std::vector<PersistedPackage> rows;
+    rows.reserve(packages.size());
     for (const auto& [ppName, package] : packages) {
         rows.push_back(persisted(ppName, *package, report));
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 
 namespace quorvane {
 
@@ -12,28 +11,29 @@ constexpr std::wstring_view alphabet = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklm
 constexpr wchar_t padding = L'=';
 constexpr std::uint8_t skipped = 0xFF;
 
+// Workbooks have always been read by the low byte alone.
+constexpr std::uint8_t lowByte(wchar_t unit) noexcept { return static_cast<std::uint8_t>(unit); }
+
 constexpr std::array<std::uint8_t, 256> makeValues() {
     std::array<std::uint8_t, 256> values{};
     values.fill(skipped);
     for (std::size_t i = 0; i < alphabet.size(); ++i) {
-        values[static_cast<std::size_t>(alphabet[i])] = static_cast<std::uint8_t>(i);
+        values[lowByte(alphabet[i])] = static_cast<std::uint8_t>(i);
     }
-    values[static_cast<std::size_t>(padding)] = 0;
+    values[lowByte(padding)] = 0;
     return values;
 }
 constexpr std::array<std::uint8_t, 256> values = makeValues();
 
-// Workbooks have always been read by the low byte alone.
-constexpr std::uint8_t lowByte(wchar_t unit) noexcept { return static_cast<std::uint8_t>(unit); }
 constexpr bool counts(wchar_t unit) noexcept { return values[lowByte(unit)] != skipped; }
 
 std::size_t trailingPadding(std::wstring_view text) noexcept {
     std::size_t count = 0;
-    for (const wchar_t unit : text | std::views::reverse) {
-        if (!counts(unit)) {
+    for (auto unit = text.rbegin(); unit != text.rend(); ++unit) {
+        if (!counts(*unit)) {
             continue;
         }
-        if (lowByte(unit) != padding) {
+        if (lowByte(*unit) != padding) {
             break;
         }
         ++count;

@@ -28,12 +28,26 @@ TEST(Options, CommandsAreTold) {
 TEST(Options, RecalcTakesAFileAndOptionsInAnyOrder) {
     const Recalc recalc =
         recalcOf({"recalc", "--package", "Gas=Tarnwick.PengRobinson.1", "a b.csv", "--array", "B2:B9",
-                  "--package=Oil=Some.Manager!heavy oil", "--out", "c.csv", "--array=D1"});
+                  "--package=Oil=Some.Manager!heavy oil", "--out", "c.csv", "--array=D1",
+                  "--packages=old.csv", "--save-packages", "new.csv"});
+    EXPECT_EQ(recalc.packages.file, "old.csv");
+    EXPECT_EQ(recalc.savePackages, "new.csv");
     EXPECT_EQ(recalc.file, "a b.csv");
     EXPECT_EQ(recalc.out, "c.csv");
-    EXPECT_EQ(recalc.packages, (std::vector<PackageOption>{{"Gas", "Tarnwick.PengRobinson.1", std::nullopt},
-                                                           {"Oil", "Some.Manager", "heavy oil"}}));
+    EXPECT_EQ(recalc.packages.named,
+              (std::vector<PackageOption>{{"Gas", "Tarnwick.PengRobinson.1", std::nullopt},
+                                          {"Oil", "Some.Manager", "heavy oil"}}));
     EXPECT_EQ(recalc.arrays, (std::vector<formula::Block>{{{1, 1}, 8, 1}, {{0, 3}}}));
+}
+
+TEST(Options, InfoTakesPackages) {
+    const Command command =
+        readCommandLine(Words{"info", "--packages", "old.csv", "--package=Gas=Tarnwick.PengRobinson.1"});
+    const Info& info = std::get<Info>(command);
+    EXPECT_EQ(info.packages.file, "old.csv");
+    EXPECT_EQ(info.packages.named,
+              (std::vector<PackageOption>{{"Gas", "Tarnwick.PengRobinson.1", std::nullopt}}));
+    EXPECT_TRUE(std::holds_alternative<Help>(readCommandLine(Words{"info", "--help"})));
 }
 
 TEST(Options, AfterTwoDashesAFileNameMayBeginWithOne) {
@@ -41,7 +55,7 @@ TEST(Options, AfterTwoDashesAFileNameMayBeginWithOne) {
 }
 
 TEST(Options, APackageNameMayHoldExclamationMarks) {
-    EXPECT_EQ(recalcOf({"recalc", "a.csv", "--package", "Gas=M!a!b"}).packages[0],
+    EXPECT_EQ(recalcOf({"recalc", "a.csv", "--package", "Gas=M!a!b"}).packages.named[0],
               (PackageOption{"Gas", "M", "a!b"}));
 }
 
@@ -73,6 +87,13 @@ TEST(Options, WhatIsWrongIsNamed) {
          "--array takes at most 1,048,576 cells, and A1:XFD1048576 has more; see quorvane-sheet --help"},
         {{"recalc", "a", "--out", "b", "--out", "c"}, "--out is given twice; see quorvane-sheet --help"},
         {{"recalc", "a", "--out="}, "--out wants the name of a file; see quorvane-sheet --help"},
+        {{"recalc", "a", "--packages"}, "--packages wants a value; see quorvane-sheet --help"},
+        {{"recalc", "a", "--packages=b", "--packages=c"},
+         "--packages is given twice; see quorvane-sheet --help"},
+        {{"recalc", "a", "--save-packages="},
+         "--save-packages wants the name of a file; see quorvane-sheet --help"},
+        {{"info", "a.csv"}, "info takes options only, but \"a.csv\" is given; see quorvane-sheet --help"},
+        {{"info", "--out", "a.csv"}, "info does not have the option --out; see quorvane-sheet --help"},
     };
     for (const Case& one : cases) {
         EXPECT_EQ(problemOf(one.words), one.problem);
@@ -84,7 +105,7 @@ TEST(Options, AnArrayMayFillAWholeColumn) {
 }
 
 TEST(Options, PackagesMayDifferInCaseOnly) {
-    EXPECT_EQ(recalcOf({"recalc", "a", "--package", "G=P", "--package", "g=P"}).packages.size(), 2U);
+    EXPECT_EQ(recalcOf({"recalc", "a", "--package", "G=P", "--package", "g=P"}).packages.named.size(), 2U);
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <new>
 #include <stdexcept>
 
@@ -18,12 +17,12 @@ std::atomic<long long> byteCount{0};
 std::atomic<long long> peakByteCount{0};
 
 void* allocate(std::size_t size) {
-    void* const block = std::malloc(std::max<std::size_t>(size, 1));
+    void* const block = HeapAlloc(GetProcessHeap(), 0, size);
     if (block == nullptr) {
         throw std::bad_alloc{};
     }
     ++blockCount;
-    byteCount += static_cast<long long>(_msize(block));
+    byteCount += static_cast<long long>(HeapSize(GetProcessHeap(), 0, block));
     peakByteCount = std::max(peakByteCount.load(), byteCount.load());
     return block;
 }
@@ -31,8 +30,8 @@ void* allocate(std::size_t size) {
 void release(void* block) noexcept {
     if (block != nullptr) {
         --blockCount;
-        byteCount -= static_cast<long long>(_msize(block));
-        std::free(block);
+        byteCount -= static_cast<long long>(HeapSize(GetProcessHeap(), 0, block));
+        HeapFree(GetProcessHeap(), 0, block);
     }
 }
 
