@@ -60,11 +60,16 @@ struct module_traits {
     using pointer = HMODULE;
     static void close(HMODULE module) noexcept { FreeLibrary(module); }
 };
+struct task_text_traits {
+    using pointer = wchar_t*;
+    static void close(wchar_t* text) noexcept { CoTaskMemFree(text); }
+};
 
 using unique_bstr = unique_resource<bstr_traits>;
 using unique_safearray = unique_resource<safearray_traits>;
 using unique_registry_key = unique_resource<registry_key_traits>;
 using unique_module = unique_resource<module_traits>;
+using unique_task_text = unique_resource<task_text_traits>;
 
 /// A new BSTR holding `text`; never null, an empty text gives an empty BSTR. Throws std::bad_alloc.
 inline unique_bstr makeBstr(std::wstring_view text) {

@@ -81,6 +81,14 @@ com::com_ptr<IDispatch> asRange(const VARIANT& value) noexcept {
     return com::queryFor<ExcelRange>(value.punkVal);
 }
 
+com::variant readValueOfRange(IUnknown* object) {
+    const auto range = com::queryFor<ExcelRange>(object);
+    if (!range) {
+        throw CWStrException{L"not a range"};
+    }
+    return readProperty(range.get(), L"Value");
+}
+
 com::variant readRangeValue(IDispatch* range) {
     com::variant kind{xlRangeValueDefault};
     com::variant result;

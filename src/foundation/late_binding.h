@@ -26,6 +26,10 @@ com::com_ptr<IDispatch> readItem(IDispatch* collection, const wchar_t* index);
 /// The Excel range that `value` refers to, or null when it is something else.
 com::com_ptr<IDispatch> asRange(const VARIANT& value) noexcept;
 
+/// The value of a range that a caller holds as any object, in Excel's own default form. Throws CWStrException
+/// "not a range" for another object or null, and as readProperty does.
+com::variant readValueOfRange(IUnknown* object);
+
 /// The contents of a range: a scalar, or a two-dimensional array of VARIANT. Throws as readProperty does.
 com::variant readRangeValue(IDispatch* range);
 

@@ -60,14 +60,22 @@ class PropertyPackage final : public MaterialOwner {
     /// The component itself, for interfaces beyond the thermodynamic ones. Borrowed.
     IUnknown* component() const noexcept { return compounds_.get(); }
 
+    /// What a user is told about the package: origin, names, identifiers and what its component has
+    /// registered about itself; lines that end with "\r\n". Asks the registry only, not the package.
+    std::wstring describe() const;
+
     /// Forgets all that was read from the component, which may have changed.
     void reset() noexcept;
 
     void loadCompounds();
     void loadPhases();
 
-    // Copies of the lists: one-dimensional arrays of strings, sorted for the user; empty when the package has
-    // none.
+    // Copies of the lists: one-dimensional arrays of strings; empty when the package has none.
+
+    // In the package's own order.
+    ArrayVariant compoundNames();
+    ArrayVariant phaseNames();
+    // Sorted for the user.
     ArrayVariant compoundConstantList();
     ArrayVariant temperatureDependentPropertyList();
     ArrayVariant singlePhasePropertyList();
@@ -87,9 +95,17 @@ class PropertyPackage final : public MaterialOwner {
     EnumPhaseType phaseType(std::int32_t index) const {
         return phaseStates_.at(static_cast<std::size_t>(index));
     }
+    /// The same by name; the phases need not be loaded. Throws CWStrException "Phase not specified" for null
+    /// and "No such phase" for a name that the package does not have.
+    EnumPhaseType phaseTypeNamed(BSTR label);
     std::int32_t vaporPhaseIndex() const noexcept {
         return vaporPhaseIndex_;
     } ///< -1: there is no vapor phase
+
+    // Whether the package says that it can calculate a property for a phase or for two; false when it fails
+    // to say.
+    bool canCalculate(BSTR propName, BSTR phaseLabel);
+    bool canCalculate(BSTR propName, BSTR phase1, BSTR phase2);
 
     /// Creates the material and makes it the package's active one, once.
     void ensureMaterial();

@@ -1,6 +1,9 @@
 // The front end's services.
 #include "src/foundation/error_boundary.h"
+#include "src/foundation/late_binding.h"
 #include "src/server/excel.h"
+#include "src/server/help.h"
+#include "src/udf/arguments.h"
 #include "src/workbook/message_box.h"
 #include "src/workbook/persistence.h"
 
@@ -26,9 +29,26 @@ HRESULT service(Out* out, Body&& body) noexcept {
     return out == nullptr ? E_POINTER : service(std::forward<Body>(body));
 }
 
-[[noreturn]] void notImplemented() { throw CWStrException{L"Not implemented"}; }
-
 std::wstring textOf(BSTR text) { return std::wstring{com::viewOf(text)}; }
+
+com::unique_bstr optionalText(const wchar_t* text) {
+    return text == nullptr ? com::unique_bstr{} : com::makeBstr(text);
+}
+
+VARIANT_BOOL automationBool(bool truth) noexcept { return truth ? VARIANT_TRUE : VARIANT_FALSE; }
+
+std::shared_ptr<PropertyPackage> packageOf(Session& session, IUnknown* wb, BSTR ppName) {
+    return session.store().require(workbookKey(wb), textOf(ppName));
+}
+
+// The services that hand back a list of names.
+HRESULT list(Session& session, IUnknown* wb, BSTR ppName, VARIANT* names,
+             ArrayVariant (PropertyPackage::*read)()) noexcept {
+    return service(names, [&] {
+        const std::shared_ptr<PropertyPackage> package = packageOf(session, wb, ppName);
+        (package.get()->*read)().handOver(names);
+    });
+}
 
 } // namespace
 
@@ -70,45 +90,54 @@ HRESULT STDMETHODCALLTYPE Excel::Depersist(IUnknown* wb, VARIANT data) noexcept 
     return service([&] { depersist(session_.store(), workbookKey(wb), data, showMessage); });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::CompoundNames(IUnknown*, BSTR, VARIANT* names) noexcept {
-    return service(names, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::CompoundNames(IUnknown* wb, BSTR ppName, VARIANT* names) noexcept {
+    return list(session_, wb, ppName, names, &PropertyPackage::compoundNames);
 }
 
-HRESULT STDMETHODCALLTYPE Excel::CompoundConstantNames(IUnknown*, BSTR, VARIANT* names) noexcept {
-    return service(names, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::CompoundConstantNames(IUnknown* wb, BSTR ppName, VARIANT* names) noexcept {
+    return list(session_, wb, ppName, names, &PropertyPackage::compoundConstantList);
 }
 
-HRESULT STDMETHODCALLTYPE Excel::TemperatureDependentPropertyNames(IUnknown*, BSTR, VARIANT* names) noexcept {
-    return service(names, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::TemperatureDependentPropertyNames(IUnknown* wb, BSTR ppName,
+                                                                   VARIANT* names) noexcept {
+    return list(session_, wb, ppName, names, &PropertyPackage::temperatureDependentPropertyList);
 }
 
-HRESULT STDMETHODCALLTYPE Excel::PhaseNames(IUnknown*, BSTR, VARIANT* names) noexcept {
-    return service(names, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::PhaseNames(IUnknown* wb, BSTR ppName, VARIANT* names) noexcept {
+    return list(session_, wb, ppName, names, &PropertyPackage::phaseNames);
 }
 
-HRESULT STDMETHODCALLTYPE Excel::GetPhaseType(IUnknown*, BSTR, BSTR, EnumPhaseType* phaseType) noexcept {
-    return service(phaseType, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::GetPhaseType(IUnknown* wb, BSTR ppName, BSTR phaseName,
+                                              EnumPhaseType* phaseType) noexcept {
+    return service(phaseType, [&] { *phaseType = packageOf(session_, wb, ppName)->phaseTypeNamed(phaseName); });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::SinglePhasePropertyNames(IUnknown*, BSTR, VARIANT* names) noexcept {
-    return service(names, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::SinglePhasePropertyNames(IUnknown* wb, BSTR ppName,
+                                                          VARIANT* names) noexcept {
+    return list(session_, wb, ppName, names, &PropertyPackage::singlePhasePropertyList);
 }
 
-HRESULT STDMETHODCALLTYPE Excel::TwoPhasePropertyNames(IUnknown*, BSTR, VARIANT* names) noexcept {
-    return service(names, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::TwoPhasePropertyNames(IUnknown* wb, BSTR ppName, VARIANT* names) noexcept {
+    return list(session_, wb, ppName, names, &PropertyPackage::twoPhasePropertyList);
 }
 
-HRESULT STDMETHODCALLTYPE Excel::CheckSinglePhaseProperty(IUnknown*, BSTR, BSTR, BSTR,
-                                                          VARIANT_BOOL* supported) noexcept {
-    return service(supported, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::CheckSinglePhaseProperty(IUnknown* wb, BSTR ppName, BSTR propertyName,
+                                                          BSTR phaseName, VARIANT_BOOL* supported) noexcept {
+    return service(supported, [&] {
+        *supported = automationBool(packageOf(session_, wb, ppName)->canCalculate(propertyName, phaseName));
+    });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::CheckTwoPhaseProperty(IUnknown*, BSTR, BSTR, BSTR, BSTR,
+HRESULT STDMETHODCALLTYPE Excel::CheckTwoPhaseProperty(IUnknown* wb, BSTR ppName, BSTR propertyName,
+                                                       BSTR phase1Name, BSTR phase2Name,
                                                        VARIANT_BOOL* supported) noexcept {
-    return service(supported, notImplemented);
+    return service(supported, [&] {
+        *supported = automationBool(
+            packageOf(session_, wb, ppName)->canCalculate(propertyName, phase1Name, phase2Name));
+    });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::GetPropInfo(BSTR, BSTR* unitMole, BSTR* unitMass,
+HRESULT STDMETHODCALLTYPE Excel::GetPropInfo(BSTR propName, BSTR* unitMole, BSTR* unitMass,
                                              ::EnumPropertyType* propType, ::EnumDerivativeType* derivType,
                                              LONG* moleConversion, LONG* rank, VARIANT_BOOL* extensive,
                                              VARIANT_BOOL* overall) noexcept {
@@ -118,21 +147,36 @@ HRESULT STDMETHODCALLTYPE Excel::GetPropInfo(BSTR, BSTR* unitMole, BSTR* unitMas
             return E_POINTER;
         }
     }
-    return service(notImplemented);
+    return service([&] {
+        const PropertyInfo& info = lookupProperty(propName);
+        com::unique_bstr mole = optionalText(info.unitMole);
+        com::unique_bstr mass = optionalText(info.unitMass);
+        *unitMole = mole.release();
+        *unitMass = mass.release();
+        *propType = static_cast<::EnumPropertyType>(info.propType);
+        *derivType = static_cast<::EnumDerivativeType>(info.derivType);
+        *moleConversion = info.moleConversion;
+        *rank = info.rank;
+        *extensive = automationBool(info.extensive);
+        *overall = automationBool(info.overall);
+    });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::ValueFromRange(IUnknown*, VARIANT* value) noexcept {
-    return service(value, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::ValueFromRange(IUnknown* range, VARIANT* value) noexcept {
+    return service(value, [&] { *value = readValueOfRange(range).release(); });
 }
 
-HRESULT STDMETHODCALLTYPE Excel::PhaseEquilibriumConditionNames(IUnknown*, BSTR, VARIANT* names) noexcept {
-    return service(names, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::PhaseEquilibriumConditionNames(IUnknown* wb, BSTR ppName,
+                                                                VARIANT* names) noexcept {
+    return list(session_, wb, ppName, names, &PropertyPackage::equilibriumConditionNames);
 }
 
-HRESULT STDMETHODCALLTYPE Excel::Help() noexcept { return service(notImplemented); }
+HRESULT STDMETHODCALLTYPE Excel::Help() noexcept { return service(showHelp); }
 
-HRESULT STDMETHODCALLTYPE Excel::GetPackageInfo(BSTR, BSTR* packageInfo) noexcept {
-    return service(packageInfo, notImplemented);
+HRESULT STDMETHODCALLTYPE Excel::GetPackageInfo(BSTR packageName, BSTR* packageInfo) noexcept {
+    return service(packageInfo, [&] {
+        *packageInfo = com::makeBstr(udf::readPackage(session_, packageName)->describe()).release();
+    });
 }
 
 } // namespace quorvane

@@ -47,6 +47,15 @@ std::shared_ptr<PropertyPackage> WorkbookStore::find(WorkbookKey workbook, const
     return entry == table->second.end() ? nullptr : entry->second;
 }
 
+std::shared_ptr<PropertyPackage> WorkbookStore::require(WorkbookKey workbook, const std::wstring& ppName) {
+    const PackageTable& table = tableOf(workbook);
+    const auto entry = table.find(ppName);
+    if (entry == table.end()) {
+        throw CWStrException{L"No such package"};
+    }
+    return entry->second;
+}
+
 void WorkbookStore::createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName,
                                   const GUID& managerGUID, CAPEOPENPackageManagerType type,
                                   std::wstring packageName) {

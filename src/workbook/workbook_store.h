@@ -43,6 +43,8 @@ class WorkbookStore {
     PackageTable& tableOf(WorkbookKey workbook) { return tables_[workbook]; }
     /// The package, or null when the workbook or the name is unknown.
     std::shared_ptr<PropertyPackage> find(WorkbookKey workbook, const std::wstring& ppName) const;
+    /// The package. Throws CWStrException "No such package".
+    std::shared_ptr<PropertyPackage> require(WorkbookKey workbook, const std::wstring& ppName);
 
     /// Creates a package and enters it. Throws CWStrException when `ppName` is taken, and what
     /// PropertyPackage throws; the store is then as it was.

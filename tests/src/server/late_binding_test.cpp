@@ -99,16 +99,30 @@ TEST_F(LateBinding, AnUnknownMemberIsNotFound) {
 }
 TEST_F(LateBinding, AFailingServiceRaisesItsMessage) {
     EXCEPINFO exception{};
-    DISPPARAMS none{};
+    com::variant name = text(L"Nobody");
+    DISPPARAMS arguments{&name, nullptr, 1, 0};
     com::variant result;
-    EXPECT_EQ(addIn->Invoke(idOf(L"Help"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, &result,
-                            &exception, nullptr),
+    EXPECT_EQ(addIn->Invoke(idOf(L"GetPackageInfo"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                            &arguments, &result, &exception, nullptr),
               DISP_E_EXCEPTION);
     const com::unique_bstr source{exception.bstrSource};
     const com::unique_bstr description{exception.bstrDescription};
     const com::unique_bstr help{exception.bstrHelpFile};
     EXPECT_EQ(com::viewOf(source), L"Quorvane.Excel");
-    EXPECT_EQ(com::viewOf(description), L"Not implemented");
+    EXPECT_EQ(com::viewOf(description), L"Invalid package name");
+}
+TEST_F(LateBinding, AServiceTakesAWorkbookAndGivesAList) {
+    attach();
+    com::variant result;
+    ASSERT_EQ(invoke(idOf(L"PhaseNames"), arguments(text(L"P"), com::variant::object(workbook->dispatch())),
+                     &result),
+              S_OK);
+    EXPECT_EQ(shown(result), "list: Vapor | Liquid");
+    ASSERT_EQ(invoke(idOf(L"GetPhaseType"),
+                     arguments(text(L"Liquid"), text(L"P"), com::variant::object(workbook->dispatch())),
+                     &result),
+              S_OK);
+    EXPECT_EQ(shown(result), "1");
 }
 
 TEST_F(LateBinding, TheVtableGivesTheSame) {

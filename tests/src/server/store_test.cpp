@@ -69,6 +69,15 @@ TEST_F(LateFrontEnd, ThatRefusesIsAskedAgain) {
     show(L"CapeOpenPackageNames");
     EXPECT_EQ(frontEnd->services(), addIn.get());
 }
+TEST_F(LateFrontEnd, WhoseObjectIsOfAnotherKindIsAskedAgain) {
+    sheet::excel::COMAddIn& entry =
+        excel->addIns().add(sheet::excel::frontEndName, com::com_ptr<IDispatch>::share(excel->dispatch()));
+    EXPECT_EQ(show(L"CapeOpenPackageNames"), "No CAPE-OPEN packages are loaded");
+    entry.setObject(frontEnd->dispatch());
+    show(L"CapeOpenPackageNames");
+    EXPECT_EQ(frontEnd->services(), addIn.get());
+    excel->addIns().clear(); // the entry holds Excel, which holds its entries
+}
 
 TEST_F(Store, WorkbooksDoNotSeeEachOthersPackages) {
     ASSERT_EQ(create(book(), L"Same"), S_OK);
@@ -132,6 +141,56 @@ TEST_F(Store, AnEditedPackageIsReadAgain) {
     });
     EXPECT_EQ(edit(L"P"), VARIANT_TRUE);
     EXPECT_EQ(show(L"CapeOpenCompounds", text(L"P")), "New | B2 | C3");
+}
+TEST_F(Store, AnyOtherSuccessOfAnEditCounts) {
+    attach();
+    show(L"CapeOpenCompounds", text(L"P"));
+    package->hook("Edit", [](scripted::Call&) { return static_cast<HRESULT>(0x00040200); });
+    EXPECT_EQ(edit(L"P"), VARIANT_TRUE);
+    show(L"CapeOpenCompounds", text(L"P"));
+    EXPECT_EQ(package->count("GetCompoundList"), 2U);
+}
+TEST_F(Store, APackageWithoutAnEditorIsNotReadAgain) {
+    attach();
+    show(L"CapeOpenCompounds", text(L"P"));
+    for (const HRESULT code : {E_NOTIMPL, static_cast<HRESULT>(ECapeNoImplHR)}) {
+        package->fails("Edit", code, L"the package's own words");
+        edit(L"P", E_FAIL);
+        EXPECT_EQ(errorInfo(), "Quorvane.Excel: Property package does not support editing");
+    }
+    show(L"CapeOpenCompounds", text(L"P"));
+    EXPECT_EQ(package->count("GetCompoundList"), 1U);
+}
+TEST_F(Store, AnEditThatFailsWithASystemCodeShowsTheSystemsText) {
+    attach();
+    package->fails("Edit", E_ACCESSDENIED, L"not asked for");
+    edit(L"P", E_FAIL);
+    const std::string shownText = errorInfo();
+    wchar_t expected[1024];
+    ASSERT_GT(FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                             static_cast<DWORD>(E_ACCESSDENIED), LOCALE_USER_DEFAULT, expected, 1024,
+                             nullptr),
+              0U);
+    std::wstring systemText = expected;
+    systemText.erase(systemText.find_last_not_of(L"\r\n") + 1);
+    EXPECT_EQ(shownText, "Quorvane.Excel: " + scripted::narrow(systemText));
+}
+TEST_F(Store, APackageMayDeleteItselfWhileItIsEdited) {
+    attach();
+    package->hook("Edit", [this](scripted::Call&) {
+        remove(L"P");
+        return S_OK;
+    });
+    EXPECT_EQ(edit(L"P"), VARIANT_TRUE);
+    EXPECT_EQ(scripted::liveObjects(), 0);
+}
+TEST_F(Store, WithoutAWorkbookNothingIsEditedDeletedClosedOrListed) {
+    EXPECT_EQ(addIn->DeleteWorkbookPP(nullptr, nullptr), E_FAIL);
+    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Workbook not specified");
+    EXPECT_EQ(addIn->CloseWorkbook(nullptr), E_FAIL);
+    VARIANT_BOOL changed = VARIANT_TRUE;
+    EXPECT_EQ(addIn->EditWorkbookPP(nullptr, nullptr, &changed), E_FAIL);
+    EXPECT_EQ(changed, VARIANT_FALSE);
 }
 TEST_F(Store, ACancelledEditChangesNothing) {
     attach();
@@ -202,10 +261,6 @@ TEST_F(Store, APackageDeletedDuringItsOwnCalculationLivesUntilTheEnd) {
     });
     EXPECT_NE(flash({}), "Invalid package name");
     EXPECT_EQ(scripted::liveObjects(), 0);
-}
-TEST_F(Store, ServicesStillToComeSayNotImplemented) {
-    EXPECT_EQ(addIn->Help(), E_FAIL);
-    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Not implemented");
 }
 
 } // namespace
