@@ -26,6 +26,7 @@ problems = []
 no_messages = {
     "triplePointTemperature ": "a property",
     "double precision": "a word in a message",
+    "<Unknown manager>": "stands in a message for a name",
     "phase 1": "a word that users may type",
     "phase 2": "a word that users may type",
     "For more info, please see https://tarnwick.example/quorvane": "material objects tell it to packages on request",
