@@ -109,7 +109,8 @@ HRESULT STDMETHODCALLTYPE Excel::PhaseNames(IUnknown* wb, BSTR ppName, VARIANT* 
 
 HRESULT STDMETHODCALLTYPE Excel::GetPhaseType(IUnknown* wb, BSTR ppName, BSTR phaseName,
                                               EnumPhaseType* phaseType) noexcept {
-    return service(phaseType, [&] { *phaseType = packageOf(session_, wb, ppName)->phaseTypeNamed(phaseName); });
+    return service(phaseType,
+                   [&] { *phaseType = packageOf(session_, wb, ppName)->phaseTypeNamed(phaseName); });
 }
 
 HRESULT STDMETHODCALLTYPE Excel::SinglePhasePropertyNames(IUnknown* wb, BSTR ppName,

@@ -57,7 +57,8 @@ TEST(RegistrationTable, WritesItsEntriesInTheirOrder) {
     std::vector<std::string> entries;
     const auto table = registrationTable(module);
     for (std::size_t i = 0; i < table.size(); ++i) {
-        const bool onlyCreates = !table[i].hasData && i + 1 < table.size() && table[i + 1].key == table[i].key;
+        const bool onlyCreates =
+            !table[i].hasData && i + 1 < table.size() && table[i + 1].key == table[i].key;
         if (!onlyCreates) {
             entries.push_back(shown(table[i]));
         }
