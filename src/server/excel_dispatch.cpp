@@ -34,7 +34,7 @@ HRESULT STDMETHODCALLTYPE Excel::Invoke(DISPID member, REFIID, LCID, WORD flags,
     auto* const self = static_cast<IQuorvaneVSTOServices*>(this);
     return isWorksheetFunction(member)
                ? invokeWorksheetFunction(self, info, member, flags, *parameters, result, exception, argument)
-               : DispInvoke(self, info, member, flags, parameters, result, exception, argument);
+               : invokeService(self, info, member, flags, *parameters, result, exception, argument);
 }
 
 } // namespace quorvane

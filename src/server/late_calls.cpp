@@ -6,6 +6,7 @@
 #include "src/foundation/range_value.h"
 #include "src/foundation/text.h"
 
+#include <algorithm>
 #include <array>
 #include <quorvane_idl.h>
 #include <vector>
@@ -17,6 +18,15 @@ namespace {
 constexpr DISPID firstFunction = 0x60020000;
 constexpr std::size_t functionCount = 9;
 constexpr std::size_t mostParameters = 13;
+
+// GetPropInfo: the types of its results, which follow the name of the property.
+constexpr DISPID propertyInformation = 0x60030010;
+constexpr std::array<VARTYPE, 8> resultTypes = {VT_BSTR, VT_BSTR, VT_I4,   VT_I4,
+                                                VT_I4,   VT_I4,   VT_BOOL, VT_BOOL};
+
+bool isVariable(const VARIANT& argument) noexcept {
+    return argument.vt == (VT_BYREF | VT_VARIANT) && argument.pvarVal != nullptr;
+}
 
 struct Parameter {
     std::wstring name;
@@ -150,6 +160,36 @@ HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WO
             code = DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
         },
         fail);
+    return code;
+}
+
+HRESULT invokeService(void* object, ITypeInfo* info, DISPID member, WORD flags, const DISPPARAMS& given,
+                      VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept {
+    DISPPARAMS parameters = given;
+    std::array<VARIANT, resultTypes.size() + 1> values;
+    if (member != propertyInformation || given.cArgs != values.size() || given.cNamedArgs != 0) {
+        return DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
+    }
+    // Automation does not make typed results out of a VARIANT by reference by itself.
+    std::copy_n(given.rgvarg, values.size(), values.begin());
+    std::array<com::variant, resultTypes.size()> results;
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        // The last argument comes first.
+        VARIANT& value = values[results.size() - 1 - i];
+        if (isVariable(value)) {
+            results[i].llVal = 0;
+            results[i].vt = resultTypes[i];
+            value.byref = &results[i].llVal;
+            value.vt = static_cast<VARTYPE>(VT_BYREF | resultTypes[i]);
+        }
+    }
+    parameters.rgvarg = values.data();
+    const HRESULT code = DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
+    for (std::size_t i = 0; i < results.size() && SUCCEEDED(code); ++i) {
+        if (const VARIANT& variable = given.rgvarg[results.size() - 1 - i]; isVariable(variable)) {
+            com::assign(variable.pvarVal, std::move(results[i]));
+        }
+    }
     return code;
 }
 

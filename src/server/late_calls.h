@@ -1,4 +1,4 @@
-// Late-bound calls of the worksheet functions. The functions take numbers and texts by type; a worksheet
+// Late-bound calls. The worksheet functions take numbers and texts by type; a worksheet
 // passes ranges, empty cells and omissions in their place. Automation's own conversion would turn those into
 // errors without a text, so the arguments are brought into shape here first: an omitted number or an empty
 // cell becomes the lowest finite double, an omitted text a null text.
@@ -16,5 +16,10 @@ bool isWorksheetFunction(DISPID member) noexcept;
 HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WORD flags,
                                 const DISPPARAMS& given, VARIANT* result, EXCEPINFO* exception,
                                 UINT* argument) noexcept;
+
+/// Invokes a service of the front end. GetPropInfo has several results; a script, whose variables are all
+/// VARIANTs, gets them as well.
+HRESULT invokeService(void* object, ITypeInfo* info, DISPID member, WORD flags, const DISPPARAMS& given,
+                      VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept;
 
 } // namespace quorvane

@@ -1,6 +1,8 @@
 // The worksheet functions through IDispatch, as Excel and scripts call them, and through the vtable.
 #include "tests/src/server/worksheet.h"
 
+#include <array>
+
 using namespace tests;
 
 namespace {
@@ -123,6 +125,45 @@ TEST_F(LateBinding, AServiceTakesAWorkbookAndGivesAList) {
                      &result),
               S_OK);
     EXPECT_EQ(shown(result), "1");
+}
+
+class ScriptVariables : public LateBinding {
+  protected:
+    /// Calls GetPropInfo with variables of a script and tells what they hold afterwards.
+    std::string ask(const wchar_t* name, HRESULT expected) {
+        com::variant propName = text(name);
+        std::array<com::variant, 8> variables;
+        for (com::variant& variable : variables) {
+            variable = text(L"before");
+        }
+        std::array<VARIANT, 9> given{};
+        for (std::size_t i = 0; i < variables.size(); ++i) {
+            given[7 - i].vt = VT_BYREF | VT_VARIANT;
+            given[7 - i].pvarVal = &variables[i];
+        }
+        given[8] = propName;
+        DISPPARAMS parameters{given.data(), nullptr, 9, 0};
+        EXCEPINFO exception{};
+        EXPECT_EQ(addIn->Invoke(idOf(L"GetPropInfo"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                &parameters, nullptr, &exception, nullptr),
+                  expected);
+        const com::unique_bstr source{exception.bstrSource};
+        const com::unique_bstr description{exception.bstrDescription};
+        std::string all = scripted::narrow(com::viewOf(description));
+        for (const com::variant& variable : variables) {
+            all += (all.empty() ? "" : " ") + shown(variable);
+        }
+        return all;
+    }
+};
+
+TEST_F(ScriptVariables, ReceiveEveryResultOfAService) {
+    EXPECT_EQ(ask(L"enthalpy", S_OK), "J/mol J/kg 8 0 1 0 true true");
+    EXPECT_EQ(ask(L"casRegistryNumber", S_OK), "\"\" \"\" 5 0 0 1 false false");
+}
+TEST_F(ScriptVariables, KeepWhatTheyHeldWhenTheServiceFails) {
+    EXPECT_EQ(ask(L"colour", DISP_E_EXCEPTION),
+              "Invalid/unknown property \"colour\" before before before before before before before before");
 }
 
 TEST_F(LateBinding, TheVtableGivesTheSame) {
