@@ -18,6 +18,7 @@ constexpr std::string_view lightEnds[] = {
 constexpr std::string_view synthesisGas[] = {
     "hydrogen", "carbon dioxide", "carbon monoxide", "methane", "nitrogen", "argon", "water",
 };
+constexpr std::string_view aromatics[] = {"benzene", "toluene"};
 
 constexpr std::array packages{
     NamedPackage{"All compounds", "Peng-Robinson equation of state (1976) with all built-in compounds", {}},
@@ -29,6 +30,8 @@ constexpr std::array packages{
                  lightEnds},
     NamedPackage{"Hydrogen and CO2",
                  "Peng-Robinson equation of state (1976) for synthesis gas and captured CO2", synthesisGas},
+    NamedPackage{"Benzene and toluene", "Peng-Robinson equation of state (1976) for benzene and toluene",
+                 aromatics},
 };
 
 } // namespace

@@ -84,8 +84,8 @@ class Manager : public testing::Test {
         object.tryAs<ICapeThermoPropertyPackageManager>();
 };
 
-const Texts builtIn{L"All compounds", L"Natural gas", L"Air separation", L"Refinery light ends",
-                    L"Hydrogen and CO2"};
+const Texts builtIn{L"All compounds",       L"Natural gas",      L"Air separation",
+                    L"Refinery light ends", L"Hydrogen and CO2", L"Benzene and toluene"};
 
 Texts builtInAnd(const Texts& names) {
     Texts all = builtIn;
