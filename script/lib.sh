@@ -73,6 +73,10 @@ enter_wine() {
     trap 'exit 130' INT
     trap 'exit 143' TERM
     [ -e "$WINEPREFIX/.complete" ] || make_prefix
+    start_wine
+}
+
+start_wine() {
     start_wine_server
     # The first program starts the services, which keep its output open: whoever captured it would wait for them.
     wine cmd /c exit </dev/null >/dev/null 2>&1 9>&- || die 'Wine does not start'
@@ -107,14 +111,19 @@ register() {
     done
 }
 
-# with_screen COMMAND...: runs the command with a screen that nobody sees, where Windows programs can show windows.
+# with_screen COMMAND...: runs the command with a screen that nobody sees, where Windows programs can show windows. All
+# windows live where the first program found a screen, so Wine is started anew before and after.
 with_screen() (
     # Read as a file, the process belongs to this subshell, which ends it whatever happens.
     exec {number_of_screen}< <(exec Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp 2>/dev/null 9>&-)
     screen=$!
-    trap 'kill "$screen"' EXIT
+    trap 'unset DISPLAY; leave_wine; wineserver -w; kill "$screen"; start_wine' EXIT
     read -r -t 60 number <&"$number_of_screen" || die 'Xvfb does not start'
-    DISPLAY=:$number "$@"
+    leave_wine
+    wineserver -w
+    export DISPLAY=:$number
+    start_wine
+    "$@"
 )
 
 # --- Checks ----------------------------------------------------------------------------------------------------
