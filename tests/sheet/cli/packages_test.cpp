@@ -178,6 +178,18 @@ TEST_F(PackagesTest, AreNotWrittenOverOtherFiles) {
               "file\n");
 }
 
+TEST_F(PackagesTest, AreDescribed) {
+    save(L"abc");
+    const Outcome outcome =
+        program_.run({L"info", L"--packages=packages.csv", L"--package", L"A=Tarnwick.PengRobinson.1"});
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.output,
+                testing::StartsWith("A\n  Stand-alone CAPE-OPEN 1.1 Property Package\n  Package name: "));
+    EXPECT_THAT(outcome.output, HasSubstr("\n\nGas\n  Stand-alone CAPE-OPEN 1.1 Property Package\n"
+                                          "  Package name: Scripted package\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("  ProdID: Tarnwick.ScriptedPackage.1\n"));
+}
 TEST_F(PackagesTest, NoneAreDescribedAsNone) {
     const Outcome outcome = program_.run({L"info"});
     EXPECT_EQ(outcome.exitCode, 0);
