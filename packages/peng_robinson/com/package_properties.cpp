@@ -6,6 +6,8 @@
 #include "packages/peng_robinson/com/two_phase_table.h"
 #include "packages/peng_robinson/eos/flash.h"
 
+#include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace peng_robinson {
@@ -38,6 +40,17 @@ std::vector<std::wstring> readTwoLabels(const VARIANT& phaseLabels) {
         throw ArgumentError{2, L"A two-phase property needs two different phases"};
     }
     return labels;
+}
+
+// The compounds of a definition need not have the constants of every property.
+void requireNumbers(const std::vector<std::wstring>& names, const std::vector<std::vector<double>>& values) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (std::ranges::any_of(values[i], [](double value) { return std::isnan(value); })) {
+            throw CapeError{ECapeThrmPropertyNotAvailableHR,
+                            L"No value for " + names[i] +
+                                L": a compound has no enthalpy or Gibbs energy of formation"};
+        }
+    }
 }
 
 void emptyOut(VARIANT* inOut) {
@@ -117,6 +130,7 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::CalcSinglePhaseProp(VARIANT props, BS
         for (const SinglePhaseProperty& property : properties) {
             values.push_back(property.valuesOf(evaluated));
         }
+        requireNumbers(names, values);
         for (std::size_t i = 0; i < names.size(); ++i) {
             material->setPhaseValues(names[i], label, properties[i].hasBasis() ? L"Mole" : L"", values[i]);
         }

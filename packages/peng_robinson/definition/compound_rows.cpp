@@ -49,6 +49,8 @@ constexpr NumberColumn numbers[] = {
     {"enthalpy of formation", &Compound::formationEnthalpy, Need::none, {-1e8, 1e8, "J/mol"}},
     {"Gibbs energy of formation", &Compound::formationGibbs, Need::none, {-1e8, 1e8, "J/mol"}},
     {"standard entropy", &Compound::standardEntropy, Need::none, {0.0, 1e6, "J/(mol K)"}},
+    {"liquid density", &Compound::liquidDensity, Need::none, {10.0, 30000.0, "kg/m3"}},
+    {"parachor", &Compound::parachor, Need::none, {1.0, 10000.0, {}}},
 };
 
 constexpr std::array<std::string_view, 5> polynomial{"cp0", "cp1", "cp2", "cp3", "cp4"};
@@ -179,6 +181,9 @@ Compound readCompound(const CompoundRow& row, Catalogue& catalogue) {
             row.require(column.name);
         }
         compound.*column.member = row.has(column.name) ? row.number(column.name, column.limits) : missing;
+    }
+    if (row.has("liquid density")) {
+        row.require("normal boiling point"); // the density is that at this temperature or at 298.15 K
     }
     compound.idealGas = readHeatCapacity(row);
     return compound;

@@ -257,6 +257,21 @@ TEST_F(Manager, ValueThatADefinitionDoesNotGiveIsMissing) {
     EXPECT_EQ(elements[4].dblVal, 580.0);
 }
 
+TEST_F(Manager, EnthalpyWithFormationNeedsTheEnthalpyOfFormation) {
+    write(L"mine.txt", twoCompounds);
+    const auto package = open(L"mine");
+    const auto material = com::make<TestMaterial>(Texts{L"methane", L"ethane"});
+    material->setConditions(L"Vapor", 300.0, 1e5, {0.5, 0.5});
+    ASSERT_EQ(package.tryAs<ICapeThermoMaterialContext>()->SetMaterial(material->self()), S_OK);
+    const auto properties = package.tryAs<ICapeThermoPropertyRoutine>();
+    const com::unique_bstr vapor = com::makeBstr(L"Vapor");
+    EXPECT_EQ(properties->CalcSinglePhaseProp(texts({L"enthalpy"}), vapor.get()), S_OK);
+    expectFailure(package.get(), properties->CalcSinglePhaseProp(texts({L"enthalpyF"}), vapor.get()),
+                  ECapeThrmPropertyNotAvailableHR,
+                  L"No value for enthalpyF: a compound has no enthalpy or Gibbs energy of formation",
+                  L"ICapeThermoPropertyRoutine", L"CalcSinglePhaseProp");
+}
+
 TEST_F(Manager, SavedPackageOfADefinitionComesBack) {
     write(L"mine.txt", twoCompounds);
     const Bytes state = saved(open(L"mine"));

@@ -77,6 +77,12 @@ TEST(DefinitionMistakes, MissingValues) {
               "3: the compound has no heat capacity; fill cp0 to cp4 or cpA to cpE");
 }
 
+TEST(DefinitionMistakes, LiquidDensityWithoutItsTemperature) {
+    EXPECT_EQ(mistake("[compounds]\n" + header.substr(0, header.size() - 1) +
+                      ",liquid density\nC7+,,,110,580,2600000,0.36,,180,750\n"),
+              "3: the compound has no normal boiling point");
+}
+
 TEST(DefinitionMistakes, Names) {
     EXPECT_EQ(mistake(withCompound(std::string(101, 'x') +
                                    ",CH4,74-82-8,16.0428,190.564,4599200,0.01142,111.667,36")),

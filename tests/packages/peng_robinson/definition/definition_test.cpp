@@ -80,9 +80,9 @@ TEST(Definition, PseudoComponentNeedsNoFormulaNoNumberAndNoBoilingPoint) {
 TEST(Definition, FurtherColumnsMayBeGiven) {
     const auto catalogue =
         read("[compounds]\n" + header.substr(0, header.size() - 1) +
-             ",IUPAC name,SMILES,critical density,enthalpy of formation,Gibbs energy of formation,"
-             "standard entropy\n" +
-             ethane.substr(0, ethane.size() - 1) + ",ethane,CC,6856.887,-83820,-31920,229.12\n");
+             ",IUPAC name,SMILES,critical density,enthalpy of formation,Gibbs energy of formation,standard "
+             "entropy,liquid density,parachor\n" +
+             ethane.substr(0, ethane.size() - 1) + ",ethane,CC,6856.887,-83820,-31920,229.12,543.8,110.5\n");
     const eos::Compound& compound = catalogue->compounds[0];
     EXPECT_EQ(compound.iupacName, "ethane");
     EXPECT_EQ(compound.smiles, "CC");
@@ -90,6 +90,8 @@ TEST(Definition, FurtherColumnsMayBeGiven) {
     EXPECT_EQ(compound.formationEnthalpy, -83820.0);
     EXPECT_EQ(compound.formationGibbs, -31920.0);
     EXPECT_EQ(compound.standardEntropy, 229.12);
+    EXPECT_EQ(compound.liquidDensity, 543.8);
+    EXPECT_EQ(compound.parachor, 110.5);
 }
 
 TEST(Definition, HeatCapacityMayBeAPolynomial) {
