@@ -151,7 +151,7 @@ TEST(DefinitionMistakes, HugeFiles) {
     EXPECT_EQ(mistake(std::string(largestDefinition, '\n')), "0: the file has no section [compounds]");
     std::string many = "[compounds]\n" + header;
     for (int i = 0; i < 300; ++i) {
-        many += "c" + std::to_string(i) + ",,,16,190,4599200,0.01,,36\n";
+        many.append("c").append(std::to_string(i)).append(",,,16,190,4599200,0.01,,36\n");
     }
     EXPECT_EQ(mistake(many), "203: there are more than 200 compounds");
 }
