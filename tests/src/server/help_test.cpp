@@ -24,21 +24,25 @@ class Help : public ::testing::Test {
         static int number = 0;
         folder = std::filesystem::temp_directory_path() /
                  ("quorvane_help_" + std::to_string(GetCurrentProcessId()) + "_" + std::to_string(++number));
+        std::filesystem::remove_all(folder); // of a run that was killed
         std::filesystem::create_directories(folder);
         server = loadServer(L"server.dll");
     }
     void TearDown() override {
         FreeLibrary(server);
-        for (HMODULE loaded = nullptr; (loaded = GetModuleHandleW(systemViewer)) != nullptr;) {
-            FreeLibrary(loaded);
+        // The add-in keeps its viewer loaded, and a loaded file cannot be deleted.
+        for (const std::wstring& name : {std::wstring{systemViewer}, (folder / L"viewer.dll").wstring(),
+                                         (folder / L"second.dll").wstring()}) {
+            while (const HMODULE loaded = GetModuleHandleW(name.c_str())) {
+                FreeLibrary(loaded);
+            }
         }
         if (before) {
             setUserValue(viewerKey, nullptr, *before);
         } else {
             deleteUserKey(viewerClass);
         }
-        std::error_code ignored; // a viewer that stays loaded cannot be deleted
-        std::filesystem::remove_all(folder, ignored);
+        std::filesystem::remove_all(folder);
     }
 
     static std::filesystem::path besideTheProgram(const wchar_t* name) {
