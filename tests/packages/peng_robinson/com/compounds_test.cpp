@@ -76,6 +76,13 @@ TEST_F(Compounds, SystematicNameIsAConstant) {
     EXPECT_EQ(com::viewOf(values[0].bstrVal), L"2-methylpropane");
 }
 
+// 270.5 (mN/m)^(1/4) cm3/mol, in kg^(1/4) m3 / (s^(1/2) mol).
+TEST_F(Compounds, ParachorIsInSiUnits) {
+    const auto values = constant({L"parachor"}, texts({L"n-hexane"}));
+    ASSERT_EQ(values.size(), 1u);
+    EXPECT_NEAR(values[0].dblVal, 4.8102e-5, 1e-9);
+}
+
 TEST_F(Compounds, NoIdentifiersMeansAllCompounds) {
     EXPECT_EQ(constant({L"acentricFactor"}, all).size(), eos::compounds().size());
 }

@@ -326,6 +326,25 @@ TEST(DerivativesByComposition, OfEntropyByAnAbsentCompoundAreInfinite) {
     }
 }
 
+TEST(DerivativesByComposition, OfAllElseByAnAbsentCompoundAreTheLimitOfATrace) {
+    const Fluid fluid = fluidOf({"methane", "propane", "n-decane"});
+    const auto slopesWith = [&](double trace) {
+        const Values x{0.25, 0.75 - trace, trace};
+        DifferentiablePhase phase{fluid.properties(300.0, 1e7, x, Root::liquid)};
+        return allOf(phase.along({Variable::moleFraction, 2}));
+    };
+    const std::vector<Dual> absent = slopesWith(0.0), trace = slopesWith(1e-9);
+    int infinite = 0;
+    for (std::size_t i = 0; i < absent.size(); ++i) {
+        if (std::isinf(absent[i].slope)) {
+            ++infinite; // entropy, Gibbs and Helmholtz energy
+        } else {
+            EXPECT_NEAR(absent[i].slope, trace[i].slope, 1e-6 * std::abs(trace[i].slope)) << "value " << i;
+        }
+    }
+    EXPECT_EQ(infinite, 3);
+}
+
 // At low pressure the derivatives are those of an ideal gas with a second virial coefficient: nothing is lost
 // to the subtraction of nearly equal numbers.
 TEST(DerivativesInTheDiluteLimit, KeepTheirDigits) {
