@@ -38,7 +38,7 @@ struct PackageDerivatives : Package {
     /// Names in the list without those of derivatives.
     static std::vector<std::wstring> basesOf(const com::variant& list) {
         std::vector<std::wstring> names = textsOf(list);
-        std::erase_if(names, [](const std::wstring& name) { return name.find(L'.') != name.npos; });
+        std::erase_if(names, [](const std::wstring& name) { return name.find(L'.') != std::wstring::npos; });
         return names;
     }
     std::vector<std::wstring> singlePhase() {
@@ -245,7 +245,7 @@ TEST_F(PackageDerivatives, OfPureCompoundsByTemperatureMatchDifferences) {
         };
         const double temperature = 0.7 * compound.Tc;
         for (const std::wstring& base : basesOf(list)) {
-            SCOPED_TRACE(testing::PrintToString(base + L" of " + id));
+            SCOPED_TRACE(testing::PrintToString(base) + " of " + std::string{compound.name});
             const Reals value = valueAt(base, temperature),
                         derivative = valueAt(base + L".Dtemperature", temperature);
             const Reals expected = slopes([&](double t) { return valueAt(base, t); }, temperature);
