@@ -8,7 +8,7 @@ namespace {
 /// Sets a flag for as long as it lives.
 class Raised {
   public:
-    explicit Raised(bool& flag) : flag_{flag} { flag_ = true; }
+    explicit Raised(bool& flag) : flag_{flag} { flag = true; }
     Raised(const Raised&) = delete;
     Raised& operator=(const Raised&) = delete;
     ~Raised() { flag_ = false; }

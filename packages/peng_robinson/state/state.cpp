@@ -121,7 +121,7 @@ void readChangedParameters(Reader& reader, Selection& selection) {
     const std::size_t compounds = selection.compounds.size();
     for (std::uint64_t i = 0; i < count; ++i) {
         const std::uint64_t first = reader.integer(2), second = reader.integer(2);
-        const double k = std::bit_cast<double>(reader.integer(8));
+        const auto k = std::bit_cast<double>(reader.integer(8));
         if (first >= compounds || second >= compounds || first == second || !isInteraction(k)) {
             refuseDamaged();
         }

@@ -32,6 +32,8 @@ TEST(PolynomialHeatCapacity, EnthalpyAndEntropyAreItsIntegrals) {
         const double step = 1e-3 * T;
         const double dh = methane().enthalpy(T + step) - methane().enthalpy(T - step);
         const double ds = methane().entropy(T + step) - methane().entropy(T - step);
+        const double dCp = methane().cp(T + step) - methane().cp(T - step);
+        EXPECT_NEAR(dCp / (2.0 * step), methane().dCp_dT(T), 1e-6) << T;
         expectRelative(dh / (2.0 * step), methane().cp(T), 1e-6, "dh/dT at " + std::to_string(T));
         expectRelative(ds / (2.0 * step), methane().cp(T) / T, 1e-6, "ds/dT at " + std::to_string(T));
     }
