@@ -4,6 +4,27 @@
 
 namespace quorvane {
 
+namespace {
+
+// Instead of a quotient that a cell can only show as #NUM!.
+void requireAmount(double sum) {
+    if (sum == 0.0) {
+        throw CWStrException{L"Unable to perform basis conversion, composition sums to zero"};
+    }
+}
+
+} // namespace
+
+double CompositionTotals::massPerMole() const {
+    requireAmount(moles);
+    return mass / moles;
+}
+
+double CompositionTotals::molesPerMass() const {
+    requireAmount(mass);
+    return moles / mass;
+}
+
 void MaterialObject11::setComposition(const std::vector<double>& values, std::int32_t basis) {
     if (composition1_.basis == basis && composition1_.values == values) {
         return;
@@ -41,6 +62,7 @@ const std::vector<double>& MaterialObject11::convertComposition(const std::vecto
         conversionBuffer_[i] = values[i] * factors[i];
         sum += conversionBuffer_[i];
     }
+    requireAmount(sum);
     const double scale = 1.0 / sum;
     for (double& value : conversionBuffer_) {
         value *= scale;
@@ -88,8 +110,7 @@ double MaterialObject11::specificationValue(const EquilibriumSpecification& spec
         return specification.value;
     }
     const CompositionTotals& amount = totals();
-    return exponent < 0 ? specification.value * (amount.moles / amount.mass)
-                        : specification.value * (amount.mass / amount.moles);
+    return specification.value * (exponent < 0 ? amount.molesPerMass() : amount.massPerMole());
 }
 
 } // namespace quorvane

@@ -40,10 +40,14 @@ struct PhaseResult {
     double pressure = 0.0;
 };
 
-/// Amount of the first composition in kg and in mol.
+/// Amount of a composition in kg and in mol. The quotients throw CWStrException when there is nothing to
+/// divide by.
 struct CompositionTotals {
     double mass = 0.0;
     double moles = 0.0;
+
+    double massPerMole() const;
+    double molesPerMass() const;
 };
 
 class MaterialObject11 final

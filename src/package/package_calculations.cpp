@@ -98,8 +98,7 @@ PropertyPackage::calcSinglePhaseProperty(BSTR propName, BSTR phaseLabel, double 
                                              resultIsMass, factor);
     }
     const CompositionTotals& amount = material_->totals();
-    convertedValue_.assign(1, result.front() *
-                                  (factor < 0 ? amount.moles / amount.mass : amount.mass / amount.moles));
+    convertedValue_.assign(1, result.front() * (factor < 0 ? amount.molesPerMass() : amount.massPerMole()));
     return convertedValue_;
 }
 
@@ -109,8 +108,8 @@ const std::vector<double>& PropertyPackage::convertCompositionDerivatives(
     BSTR propName, BSTR phaseLabel, double T, double P, const std::vector<double>& composition,
     bool compositionIsMass, const PropertyInfo& info, bool resultIsMass, std::int32_t factor) {
     const CompositionTotals amount = material_->totals();
-    const double M = amount.mass / amount.moles;
-    const double g = amount.moles / amount.mass;
+    const double M = amount.massPerMole();
+    const double g = amount.molesPerMass();
     convertedDerivatives_ = material_->result;
     // Appended to what an earlier conversion left, so that a second one on the same package fails to find its
     // base property. Kept: workbooks in use show that message.
@@ -250,10 +249,13 @@ void PropertyPackage::convertPhaseResults(bool isMass) {
             // Refuses a fraction that was never reported, which has no basis.
             static_cast<void>(basisExponent(phase.fractionBasis, requested));
             const CompositionTotals amount = material_->totalsOf(phase.composition);
-            phase.fraction *= isMass ? amount.mass / amount.moles : amount.moles / amount.mass;
+            phase.fraction *= isMass ? amount.massPerMole() : amount.molesPerMass();
             phase.fractionBasis = requested;
             sum += phase.fraction;
         }
+    }
+    if (sum == 0.0) {
+        throw CWStrException{L"Unable to perform basis conversion, phase fractions sum to zero"};
     }
     for (PhaseResult& phase : material_->phases) {
         if (phase.present) {

@@ -245,12 +245,31 @@ Rules rulesFor(Role role) {
              "zero or more 'overallResults', 'noPhaseResults', 'noTemperature', 'noPressure', "
              "'noPhaseFraction', 'noComposition', 'normal', 'retrograde', or one or more property names"}};
     case Role::filler:
-        // The flash has a number for every cell.
+        // An error in a formula cannot be told from an argument that is left out; one in a cell can, and who
+        // refers to it wants the absent phase to show it: charts skip #N/A.
         return {{"Row Column Block BlockConstant RowConstant ColumnConstant ListConstant ConstantOfOne Reals "
                  "Texts NoArray "
                  "NullObject NullUnknown ForeignObject",
                  "! Invalid value for noNumber - expected a single value"},
-                {{}, "as LeftOut"}};
+                {leftOut, "fills with EmptyText"},
+                {"EmptyText CellWithEmptyText NullText", "fills with EmptyText"},
+                {"CellWithNotAvailable", "fills with NotAvailable"},
+                {"CellWithValueError", "fills with ValueError"},
+                {"Number CellWithNumber", "fills with Number"},
+                {"WholeNumber", "fills with WholeNumber"},
+                {"ShortNumber", "fills with ShortNumber"},
+                {"SinglePrecision", "fills with SinglePrecision"},
+                {"Date CellWithDate", "fills with Date"},
+                {"Currency CellWithCurrency", "fills with Currency"},
+                {"Word CellWithWord", "fills with Word"},
+                {"NumberAsText", "fills with NumberAsText"},
+                {"True CellWithTrue", "fills with True"},
+                {"False CellWithFalse", "fills with False"},
+                {"NullValue", "fills with NullValue"},
+                {"NotANumber", "fills with NotANumber"},
+                {"Infinity", "fills with Infinity"},
+                {"Huge", "fills with Huge"},
+                {"Lowest", "fills with Lowest"}};
     }
     throw std::logic_error{"a role without rules"};
 }

@@ -22,7 +22,8 @@ int derivativeOf(std::wstring_view& name) {
     return 0;
 }
 
-// 10 a + b for the compounds that an element of a value of this rank belongs to.
+// 10 a + b for the compounds that an element of a value of this rank belongs to; the first compound's pairs
+// come first.
 double place(std::size_t element, int rank, std::size_t compounds) {
     switch (rank) {
     case 0:
@@ -30,8 +31,8 @@ double place(std::size_t element, int rank, std::size_t compounds) {
     case 1:
         return 10.0 * static_cast<double>(element + 1);
     default: {
-        const std::size_t a = element % compounds + 1;
-        const std::size_t b = element / compounds + 1;
+        const std::size_t a = element / compounds + 1;
+        const std::size_t b = element % compounds + 1;
         return 10.0 * static_cast<double>(a) + static_cast<double>(b);
     }
     }

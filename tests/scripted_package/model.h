@@ -5,7 +5,8 @@
 //   d  derivative: 0 none, 1 .Dtemperature, 2 .Dpressure, 3 .DmolFraction, 4 .Dmoles
 //   k  position of the property in the package's list, from 1
 //   j  position of the phase, from 1; m that of the second phase, 0 when there is only one
-//   a  compound of a value per compound, b the other compound of a value per pair, from 1; else 0
+//   a  compound of a value per compound, b the other compound of a value per pair, from 1; else 0; values per
+//      pair stand compound by compound: all b of the first a, then those of the second
 // so that the enthalpy (k = 2) of the liquid (j = 2) at 350 K and 100000 Pa is 22000.3501 J/mol. In a
 // two-phase composition derivative, b is 5 larger in the second phase's half. Compound constants are
 // 10000 k + 10 a, temperature-dependent values 10000 k + 10 a + T/1000, pressure-dependent ones

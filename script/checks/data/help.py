@@ -31,6 +31,7 @@ no_messages = {
     "phase 2": "a word that users may type",
     "For more info, please see https://tarnwick.example/quorvane": "material objects tell it to packages on request",
     "Length mismatch between list of phase names and states of aggregation": "shown as Unknown exception",
+    "Invalid values from Property Package: ": "of lists that every function checks, in other words, before it turns them",
     "NULL IDispatch passed to AutoWrap()": "caught wherever an object of Excel can be missing",
 }
 # Files whose texts with blanks are no failures.

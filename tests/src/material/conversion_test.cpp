@@ -80,6 +80,29 @@ TEST_F(CompositionConversion, ACompoundThatIsThereNeedsItsWeight) {
     }
 }
 
+constexpr const char* zeroAmount = "Unable to perform basis conversion, composition sums to zero";
+
+TEST_F(CompositionConversion, NothingHasNoOtherBasis) {
+    for (const std::vector<double>& nothing : {std::vector{0.0, 0.0, 0.0}, std::vector{1.0, -0.5, 0.0}}) {
+        EXPECT_EQ(messageOf(nothing, Basis_Mole, Basis_Mass), zeroAmount);
+        EXPECT_EQ(messageOf(nothing, Basis_Mole, Basis_Mole), "no failure");
+    }
+    EXPECT_EQ(messageOf({0.0, 0.0, 0.0}, Basis_Mass, Basis_Mole), zeroAmount);
+    owner.weights({0.01, nan, 0.04});
+    EXPECT_EQ(messageOf({0.0, 0.0, 0.0}, Basis_Mass, Basis_Mole), zeroAmount);
+}
+
+TEST_F(CompositionConversion, PackagesSeeTheMissingAmountAsAnError) {
+    material->setComposition({0.0, 0.0, 0.0}, Basis_Mass);
+    requestSinglePhase(L"enthalpy", L"Vapor");
+    EXPECT_EQ(getSinglePhase(L"fraction", L"Vapor", L"mole"), refused("GetSinglePhaseProp", zeroAmount));
+    EXPECT_EQ(getTPFraction(L"Vapor"), refused("GetTPFraction", zeroAmount));
+    requestEquilibrium({L"pressure", 1e5, Basis_Undefined}, {L"enthalpy", 1.0, Basis_Mass});
+    material->setComposition({0.0, 0.0, 0.0}, Basis_Mass);
+    EXPECT_EQ(getOverall(L"enthalpy", L"mole"), refused("GetOverallProp", zeroAmount));
+    EXPECT_EQ(getOverall(L"enthalpy", L"mass"), "[1]");
+}
+
 TEST_F(CompositionConversion, PackagesSeeTheMissingWeightAsAnError) {
     owner.weights({0.01, nan, 0.04});
     requestSinglePhase(L"enthalpy", L"Vapor");

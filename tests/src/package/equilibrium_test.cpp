@@ -297,6 +297,22 @@ TEST_F(Equilibrium, FractionsOnDifferentBasesAreRefused) {
     EXPECT_EQ(failureTP(), "Property package set phase fraction in inconsistent bases");
 }
 
+TEST_F(Equilibrium, FractionsOfZeroHaveNoOtherBasis) {
+    reportsFractions(0.0, 0.0, L"Mole", L"Mole");
+    EXPECT_EQ(flashTP()[0].fraction, 0.0);
+    isMass = true;
+    EXPECT_EQ(failureTP(), "Unable to perform basis conversion, phase fractions sum to zero");
+}
+
+TEST_F(Equilibrium, APhaseWithoutAnyAmountHasNoOtherBasis) {
+    script.flashes({{phase(L"Liquid", 1.0, L"Mole", {0.0, 0.0, 0.0}, L"Mole")}, 350.0, 2e5});
+    EXPECT_EQ(flashTP()[1].fraction, 1.0);
+    isMass = true;
+    EXPECT_EQ(failureTP(), "Unable to perform basis conversion, composition sums to zero");
+    script.flashes({{phase(L"Liquid", 1.0, L"Mole", {0.0, 0.0, 0.0}, L"Mass")}, 350.0, 2e5});
+    EXPECT_EQ(failureTP(), "Unable to perform basis conversion, composition sums to zero");
+}
+
 TEST_F(Equilibrium, OnlyPresentPhasesCount) {
     // The vapor's fraction is on another basis, but the vapor is not there.
     script.hook("CalcEquilibrium", [](scripted::Call& call) {

@@ -3,6 +3,7 @@
 #include "tests/src/package/package_fixture.h"
 
 #include <cmath>
+#include <limits>
 
 namespace quorvane {
 
@@ -108,6 +109,30 @@ TEST_F(SinglePhaseProperty, AFailureCountsEvenWhenAValueArrived) {
         return E_FAIL;
     });
     EXPECT_EQ(failure(L"enthalpy"), systemText(E_FAIL));
+}
+
+TEST_F(SinglePhaseProperty, NothingHasNoOtherBasis) {
+    constexpr const char* message = "Unable to perform basis conversion, composition sums to zero";
+    composition = {0.0, 0.0, 0.0};
+    script.calculates(L"enthalpy", L"Mole", {1000.0});
+    script.calculates(L"density", L"Mole", {50.0});
+    script.calculates(L"density.DmolFraction", L"Mole", {1.0, 2.0, 3.0});
+    EXPECT_THAT(calculate(L"enthalpy", onMole), ElementsAre(1000.0));
+    EXPECT_EQ(failure(L"enthalpy", onMass), message);
+    EXPECT_EQ(failure(L"density", onMass), message);
+    EXPECT_EQ(failure(L"density.DmolFraction", onMass), message);
+    EXPECT_EQ(failure(L"density.DmolFraction", onMass), message) << "and the base property is not used up";
+    composition = {0.2, 0.3, 0.5};
+    EXPECT_EQ(calculate(L"density.DmolFraction", onMass).size(), 3U);
+}
+
+TEST_F(SinglePhaseProperty, NumbersOfThePackageThatAreNoneArePassedOn) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    script.calculates(L"entropy", L"Mole", {infinity});
+    EXPECT_THAT(calculate(L"entropy", onMole), ElementsAre(infinity));
+    EXPECT_THAT(calculate(L"entropy", onMass), ElementsAre(infinity));
+    script.calculates(L"entropy", L"Mole", {std::numeric_limits<double>::quiet_NaN()});
+    EXPECT_THAT(calculate(L"entropy", onMass), ElementsAre(testing::IsNan()));
 }
 
 TEST_F(SinglePhaseProperty, APackageThatCalculatesNothingIsFoundOut) {
