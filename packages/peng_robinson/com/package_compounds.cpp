@@ -15,6 +15,8 @@ constexpr const wchar_t* compoundsInterface = L"ICapeThermoCompounds";
 // Below and above, the heat capacity correlations and the equation say nothing about real substances.
 constexpr double lowestTemperature = 10.0, highestTemperature = 3000.0;
 
+constexpr double missingNumber = std::numeric_limits<double>::quiet_NaN();
+
 std::vector<const eos::Compound*> readCompounds(const Configuration& configuration, const VARIANT& compIds,
                                                 short position) {
     std::vector<const eos::Compound*> compounds;
@@ -84,21 +86,24 @@ com::variant dependentValues(const Configuration& configuration, const Dependent
             if (!value && missing.empty()) {
                 missing = valueOf(property, *compound);
             }
-            values.push_back(value.value_or(std::numeric_limits<double>::quiet_NaN()));
+            values.push_back(value.value_or(missingNumber));
         }
     }
     return com::realArray(values);
 }
 
-// A number or a text; empty when the compound has none.
+// A number or a text. What the compound lacks is not a number, or an empty text: an empty VARIANT would show
+// in a cell as 0, which looks like a value.
 com::variant constantOf(const ConstantRow& row, const eos::Compound& compound,
                         const eos::EquationConstants& equation) {
     if (row.text != nullptr) {
-        const std::string_view text = compound.*row.text;
-        return text.empty() ? com::variant{} : com::variant{widen(text)};
+        return com::variant{widen(compound.*row.text)};
     }
-    const std::optional<double> number = row.number(compound, equation);
-    return number ? com::variant{*number} : com::variant{};
+    return com::variant{row.number(compound, equation).value_or(missingNumber)};
+}
+
+bool isMissing(const VARIANT& constant) {
+    return constant.vt == VT_BSTR ? com::viewOf(constant.bstrVal).empty() : std::isnan(constant.dblVal);
 }
 
 } // namespace
@@ -122,7 +127,7 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::GetCompoundConstant(VARIANT props, VA
                 }
                 for (const eos::Compound* compound : compounds) {
                     com::variant value = constantOf(*row, *compound, configuration->constants());
-                    if (value.vt == VT_EMPTY && missing.empty()) {
+                    if (isMissing(value) && missing.empty()) {
                         missing = valueOf(property, *compound);
                     }
                     *element++ = value.release();

@@ -56,6 +56,9 @@ double readEnthalpy(const Material& material, const Specification& specification
         const std::vector<double> x = eos::normalisedComposition(z, material.fluid().size());
         for (std::size_t i = 0; i < x.size(); ++i) {
             const eos::Compound& compound = material.fluid().compound(i);
+            if (x[i] == 0.0) {
+                continue;
+            }
             if (std::isnan(compound.formationEnthalpy)) {
                 throw CapeError{ECapeThrmPropertyNotAvailableHR,
                                 L"No value for the enthalpy of formation of " + widen(compound.name)};

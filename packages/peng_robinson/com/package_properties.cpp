@@ -6,9 +6,9 @@
 #include "packages/peng_robinson/com/two_phase_table.h"
 #include "packages/peng_robinson/eos/flash.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <span>
 
 namespace peng_robinson {
 namespace {
@@ -42,13 +42,15 @@ std::vector<std::wstring> readTwoLabels(const VARIANT& phaseLabels) {
     return labels;
 }
 
-// The compounds of a definition need not have the constants of every property.
-void requireNumbers(const std::vector<std::wstring>& names, const std::vector<std::vector<double>>& values) {
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (std::ranges::any_of(values[i], [](double value) { return std::isnan(value); })) {
+// Only derivatives by a compound that is not there may lack a value: when the compound lacks a constant.
+void requireNumbers(const std::wstring& name, eos::Derivative derivative, std::span<const double> values,
+                    std::span<const double> x) {
+    const bool byCompound =
+        derivative == eos::Derivative::moleFraction || derivative == eos::Derivative::moleNumber;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (std::isnan(values[i]) && !(byCompound && x[i % x.size()] == 0.0)) {
             throw CapeError{ECapeThrmPropertyNotAvailableHR,
-                            L"No value for " + names[i] +
-                                L": a compound has no enthalpy or Gibbs energy of formation"};
+                            L"No value for " + name + L": the equation gives none at these conditions"};
         }
     }
 }
@@ -127,10 +129,10 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::CalcSinglePhaseProp(VARIANT props, BS
         // All or nothing: every property is calculated before the first is handed over.
         std::vector<std::vector<double>> values;
         values.reserve(properties.size());
-        for (const SinglePhaseProperty& property : properties) {
-            values.push_back(property.valuesOf(evaluated));
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            values.push_back(properties[i].valuesOf(evaluated));
+            requireNumbers(names[i], properties[i].derivative, values[i], evaluated.values().x);
         }
-        requireNumbers(names, values);
         for (std::size_t i = 0; i < names.size(); ++i) {
             material->setPhaseValues(names[i], label, properties[i].hasBasis() ? L"Mole" : L"", values[i]);
         }

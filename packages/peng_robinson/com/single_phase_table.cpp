@@ -2,10 +2,12 @@
 
 #include "packages/peng_robinson/com/property_name.h"
 #include "packages/peng_robinson/com/values.h"
+#include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/transport.h"
 
 #include <array>
 #include <cmath>
+#include <string>
 
 namespace peng_robinson {
 namespace {
@@ -37,13 +39,32 @@ constexpr SinglePhaseRow each(std::wstring_view name) {
     return {name, {}, Scaling::none, forAll<F, double>, forAll<F, Dual>};
 }
 
+// Compounds of a definition need not have the properties of formation.
+void requireFormation(const auto& phase, const char* property, double eos::Compound::*constant,
+                      const char* name) {
+    for (std::size_t i = 0; i < phase.x.size(); ++i) {
+        const eos::Compound& compound = phase.fluid->compound(i);
+        if (eos::valueOf(phase.x[i]) != 0.0 && std::isnan(compound.*constant)) {
+            throw eos::NotAvailable{std::string{property} + " needs the " + name + " of " +
+                                    std::string{compound.name} + ", which is not known"};
+        }
+    }
+}
+
 constexpr auto compressibility = [](const auto& p) { return p.compressibility(); };
 constexpr auto compressibilityFactor = [](const auto& p) { return p.state.Z; };
 constexpr auto density = [](const auto& p) { return p.density(); };
 constexpr auto enthalpy = [](const auto& p) { return p.enthalpy; };
-constexpr auto enthalpyF = [](const auto& p) { return p.enthalpy + p.formationEnthalpy; };
+constexpr auto enthalpyF = [](const auto& p) {
+    requireFormation(p, "enthalpyF", &eos::Compound::formationEnthalpy, "enthalpy of formation");
+    return p.enthalpy + p.formationEnthalpy;
+};
 constexpr auto entropy = [](const auto& p) { return p.entropy; };
-constexpr auto entropyF = [](const auto& p) { return p.entropy + p.formationEntropy; };
+constexpr auto entropyF = [](const auto& p) {
+    requireFormation(p, "entropyF", &eos::Compound::formationEnthalpy, "enthalpy of formation");
+    requireFormation(p, "entropyF", &eos::Compound::formationGibbs, "Gibbs energy of formation");
+    return p.entropy + p.formationEntropy;
+};
 constexpr auto gibbsEnergy = [](const auto& p) { return p.gibbsEnergy(); };
 constexpr auto heatCapacityCp = [](const auto& p) { return p.Cp; };
 constexpr auto heatCapacityCv = [](const auto& p) { return p.Cv; };

@@ -32,6 +32,7 @@ struct SinglePhaseProperty {
 
     bool isKnown() const noexcept { return row != nullptr; }
     bool hasBasis() const noexcept { return row->scaling != Scaling::none; }
+    /// Throws NotAvailable where a compound that is there lacks a constant that the property needs.
     std::vector<double> valuesOf(eos::DifferentiablePhase& phase) const;
 };
 

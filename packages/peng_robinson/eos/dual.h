@@ -59,6 +59,13 @@ inline Dual pow(const Dual& x, double exponent) {
 constexpr bool isNothing(double x) { return x == 0.0; }
 constexpr bool isNothing(const Dual& x) { return x.value == 0.0 && x.slope == 0.0; }
 
+/// An amount times a constant of its compound. Without an amount that is zero, even when the constant is not
+/// known (NaN); only the derivative by that amount is unknown then.
+constexpr double share(double amount, double constant) { return amount == 0.0 ? 0.0 : amount * constant; }
+constexpr Dual share(const Dual& amount, double constant) {
+    return {share(amount.value, constant), share(amount.slope, constant)};
+}
+
 constexpr double valueOf(double x) { return x; }
 constexpr double valueOf(const Dual& x) { return x.value; }
 

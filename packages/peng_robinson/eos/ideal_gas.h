@@ -48,8 +48,9 @@ BasicPhaseProperties<Number> totalProperties(const Fluid& fluid, BasicPhaseState
         total.enthalpy += x[i] * idealGasEnthalpy(c.idealGas, T);
         total.entropy += x[i] * idealGasEntropy(c.idealGas, T) - R * timesLog(x[i]);
         total.Cp += x[i] * idealGasCp(c.idealGas, T);
-        total.formationEnthalpy += x[i] * c.formationEnthalpy;
-        total.formationEntropy += x[i] * ((c.formationEnthalpy - c.formationGibbs) / referenceTemperature);
+        total.formationEnthalpy += share(x[i], c.formationEnthalpy);
+        total.formationEntropy +=
+            share(x[i], (c.formationEnthalpy - c.formationGibbs) / referenceTemperature);
     }
     total.Cv = total.Cp - state.residualCp - R + state.residualCv;
     total.state = std::move(state);

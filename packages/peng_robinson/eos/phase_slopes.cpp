@@ -11,22 +11,6 @@ namespace {
 
 using Variable = Direction::Variable;
 
-constexpr std::size_t fixedDirections = 3;
-
-std::size_t indexOf(Direction direction) {
-    switch (direction.variable) {
-    case Variable::none:
-        return 0;
-    case Variable::temperature:
-        return 1;
-    case Variable::pressure:
-        return 2;
-    case Variable::moleFraction:
-        break;
-    }
-    return fixedDirections + direction.compound;
-}
-
 // The implicit function theorem, which is one step of Newton's method: when f(root) = 0, f with a fixed root
 // has the slope that the root must make up for.
 Dual rootAlong(double root, const Dual& residual, double derivative) {
@@ -72,15 +56,12 @@ PhaseSlopes slopesOf(const PhaseProperties& at, Direction direction) {
 
 } // namespace
 
-DifferentiablePhase::DifferentiablePhase(PhaseProperties values)
-    : values_{std::move(values)}, slopes_(fixedDirections + size()) {}
-
 const PhaseSlopes& DifferentiablePhase::along(Direction direction) {
-    std::optional<PhaseSlopes>& slopes = slopes_[indexOf(direction)];
-    if (!slopes) {
-        slopes = slopesOf(values_, direction);
+    auto found = slopes_.find(direction);
+    if (found == slopes_.end()) {
+        found = slopes_.emplace(direction, slopesOf(values_, direction)).first;
     }
-    return *slopes;
+    return found->second;
 }
 
 std::vector<double> slopesOf(std::span<const Dual> values) {

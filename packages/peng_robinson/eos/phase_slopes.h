@@ -13,13 +13,17 @@
 // - Values per compound differentiated by composition are n x n values: element i n + j belongs to the value
 //   of compound i, differentiated by compound j.
 // - Entropy and what contains it hold x ln x: the derivative by a compound that is not there is infinite.
+// - Where a property needs a constant that a compound lacks, and this compound is not there, the property and
+//   its other derivatives are what they are without it. The derivative by this compound is not a number.
 #pragma once
 
 #include "packages/peng_robinson/eos/fluid.h"
 
+#include <compare>
 #include <functional>
-#include <optional>
+#include <map>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace peng_robinson::eos {
@@ -30,6 +34,8 @@ enum class Derivative { none, temperature, pressure, moleFraction, moleNumber };
 struct Direction {
     enum class Variable { none, temperature, pressure, moleFraction } variable = Variable::none;
     std::size_t compound = 0; ///< with moleFraction
+
+    friend auto operator<=>(const Direction&, const Direction&) = default;
 };
 
 using PhaseSlopes = BasicPhaseProperties<Dual>;
@@ -38,7 +44,7 @@ using PhaseSlopes = BasicPhaseProperties<Dual>;
 /// calculated once.
 class DifferentiablePhase {
   public:
-    explicit DifferentiablePhase(PhaseProperties values);
+    explicit DifferentiablePhase(PhaseProperties values) : values_{std::move(values)} {}
 
     std::size_t size() const noexcept { return values_.x.size(); }
     const PhaseProperties& values() const noexcept { return values_; }
@@ -46,7 +52,7 @@ class DifferentiablePhase {
 
   private:
     PhaseProperties values_;
-    std::vector<std::optional<PhaseSlopes>> slopes_; ///< none, temperature, pressure, compounds
+    std::map<Direction, PhaseSlopes> slopes_;
 };
 
 /// Values with their derivatives in the direction of compound j.

@@ -10,9 +10,10 @@
 namespace peng_robinson::eos {
 namespace {
 
-// m3/mol
-double criticalVolume(const Compound& c) {
-    if (std::isnan(c.criticalVolume())) {
+// m3/mol; not a number when it is not known, and the compound is not there.
+template <typename Number>
+double criticalVolume(const Compound& c, const Number& x) {
+    if (std::isnan(c.criticalVolume()) && valueOf(x) != 0.0) {
         throw NotAvailable{"Viscosity and thermal conductivity need the critical volume of " +
                            std::string{c.name} + ", which is not known"};
     }
@@ -38,13 +39,14 @@ struct OneFluid {
                 continue;
             }
             const Compound& c = fluid.compound(i);
-            const double sigma = 0.809 * std::cbrt(criticalVolume(c) * 1e6);
+            const Number& x = phase.x[i];
+            const double sigma = 0.809 * std::cbrt(criticalVolume(c, x) * 1e6);
             const double energy = c.Tc / 1.2593; // divided by Boltzmann's constant
             const double root = std::pow(sigma, 1.5);
             weight[i] = std::sqrt(energy) * sigma;
-            volume += phase.x[i] * root;
-            attraction += phase.x[i] * (std::sqrt(energy) * root);
-            acentric += phase.x[i] * (c.acentricFactor * root);
+            volume += share(x, root);
+            attraction += share(x, std::sqrt(energy) * root);
+            acentric += share(x, c.acentricFactor * root);
         }
         Number rootM = 0.0;
         for (std::size_t i = 0; i < n; ++i) {
@@ -55,9 +57,9 @@ struct OneFluid {
             const double Mi = fluid.compound(i).molecularWeight;
             for (std::size_t j = 0; j < n; ++j) {
                 const double Mj = fluid.compound(j).molecularWeight;
-                sum += phase.x[j] * (weight[j] * std::sqrt(2.0 * Mi * Mj / (Mi + Mj)));
+                sum += share(phase.x[j], weight[j] * std::sqrt(2.0 * Mi * Mj / (Mi + Mj)));
             }
-            rootM += phase.x[i] * weight[i] * sum;
+            rootM += share(phase.x[i], weight[i]) * sum;
         }
         const Number sigma3 = volume * volume;
         const Number energy = attraction * attraction / sigma3;
@@ -99,7 +101,7 @@ Number residualViscosity(const BasicPhaseProperties<Number>& phase) {
         const Compound& c = phase.fluid->compound(i);
         Tc += phase.x[i] * c.Tc;
         Pc += phase.x[i] * (c.Pc / 101325.0);
-        Vc += phase.x[i] * criticalVolume(c);
+        Vc += share(phase.x[i], criticalVolume(c, phase.x[i]));
     }
     const Number inverseScale = pow(Tc, -1.0 / 6.0) * sqrt(phase.molecularWeight) * pow(Pc, 2.0 / 3.0);
     const Number r = Vc / shiftedVolume(phase);

@@ -8,10 +8,15 @@
 // The polar and association terms of Chung et al. are left out: of the compounds here only hydrogen sulfide
 // and water would have them, and in both they do more harm than good.
 //
-// To be expected: viscosity of gases up to their critical density within 5 %, of dense gases and liquids
-// within 30 %; thermal conductivity of gases within 8 %, of liquids within 25 %. Hydrogen: 10 % and 16 %;
-// steam: 12 % and 10 %. The methods are not meant for liquid water, of which they make too much: up to twice
-// the viscosity, more than twice the conductivity. They have no critical enhancement.
+// To be expected: viscosity of gases up to their critical density within 5 %, of dense gases within 30 %, of
+// liquids within 30 % from their normal boiling point or 298 K, whichever is lower, up to a reduced
+// temperature of 0.8; thermal conductivity of gases within 8 %, of liquids within 25 %. Hydrogen: 10 % and
+// 16 %; steam: 12 % and 10 %. The viscosity of colder liquids is far too low: half of what it is for n-decane
+// at 250 K, a sixth for propane at 100 K. The methods are not meant for liquid water, of which they make too
+// much: up to twice the viscosity, more than twice the conductivity. They have no critical enhancement.
+//
+// Both throw NotAvailable when a compound that is there has no critical volume. By an absent compound without
+// one the derivative is not a number.
 #pragma once
 
 #include "packages/peng_robinson/eos/phase_slopes.h"

@@ -20,12 +20,14 @@ Number surfaceTension(const BasicPhaseProperties<Number>& first, const BasicPhas
             continue;
         }
         const Compound& c = first.fluid->compound(i);
-        if (std::isnan(c.parachor)) {
+        const bool isThere = valueOf(first.x[i]) != 0.0 || valueOf(second.x[i]) != 0.0;
+        if (isThere && std::isnan(c.parachor)) {
             throw NotAvailable{"The surface tension needs the parachor of " + std::string{c.name} +
                                ", which is not known"};
         }
         // From (mN/m)^(1/4) cm3/mol; the factor 1e-3 below completes it.
-        fourthRoot += 1e-6 * c.parachor * (first.x[i] / v1 - second.x[i] / v2);
+        const Number difference = first.x[i] / v1 - second.x[i] / v2;
+        fourthRoot += share(difference, 1e-6 * c.parachor);
     }
     const Number square = fourthRoot * fourthRoot;
     return 1e-3 * square * square;

@@ -2,16 +2,17 @@
 // matrices.
 #include "packages/peng_robinson/com/identity.h"
 #include "packages/peng_robinson/eos/compound.h"
+#include "tests/packages/peng_robinson/differences.h"
 #include "tests/src/server/worksheet.h"
 
 #include "com/safe_array.h"
 
 #include <cmath>
-#include <functional>
 #include <map>
 #include <stdexcept>
 
 using namespace tests;
+using peng_robinson::test::slope;
 
 namespace {
 
@@ -50,14 +51,6 @@ com::variant rowOf(const Reals& values) {
         cells.emplace_back(value);
     }
     return range(com::make<sheet::excel::Range>(1U, values.size(), std::move(cells)));
-}
-
-/// Central difference of sixth order.
-double slope(const std::function<double(double)>& f, double at) {
-    const double h = 2e-3 * at;
-    return (45.0 * (f(at + h) - f(at - h)) - 9.0 * (f(at + 2.0 * h) - f(at - 2.0 * h)) +
-            (f(at + 3.0 * h) - f(at - 3.0 * h))) /
-           (60.0 * h);
 }
 
 constexpr const wchar_t* scalars[] = {L"compressibility", L"compressibilityFactor",
@@ -152,6 +145,32 @@ class BundledPackageInCells : public Worksheet {
     double M = 0.0;                   ///< kg/mol
     BundledPackage bundled;
 };
+
+// Carbon dioxide has no boiling point at one atmosphere. A 0 in its cell would look like a heat.
+TEST_F(BundledPackageInCells, ConstantThatOneCompoundLacksShowsAsNoNumberAndTheOthersAreConverted) {
+    const wchar_t* const name = L"heatOfVaporizationAtNormalBoilingPoint";
+    const auto constants = [&](const wchar_t* basis) {
+        return call(L"CapeOpenCompoundConstant", listOf(text(L"Gas"), text(name), text(basis)));
+    };
+    const com::variant perMole = constants(L"mole"), perMass = constants(L"mass");
+    ASSERT_EQ(perMole.vt, VT_ARRAY | VT_VARIANT) << shown(perMole);
+    ASSERT_EQ(perMass.vt, VT_ARRAY | VT_VARIANT) << shown(perMass);
+    const com::array_lock<VARIANT> moles{perMole.parray}, masses{perMass.parray};
+    ASSERT_EQ(moles.elements().size(), weights.size());
+    ASSERT_EQ(masses.elements().size(), weights.size());
+    for (std::size_t i = 0; i < weights.size(); ++i) {
+        const VARIANT &mole = moles.elements()[i], &mass = masses.elements()[i];
+        ASSERT_EQ(mole.vt, VT_R8) << i;
+        if (peng_robinson::eos::compounds()[i].name == "carbon dioxide") {
+            EXPECT_TRUE(std::isnan(mole.dblVal));
+            EXPECT_EQ(shown(mass), "\"\"");
+        } else {
+            EXPECT_GT(mole.dblVal, 0.0) << i;
+            ASSERT_EQ(mass.vt, VT_R8) << i;
+            EXPECT_NEAR(mass.dblVal, mole.dblVal / weights[i], 1e-12 * mass.dblVal) << i;
+        }
+    }
+}
 
 TEST_F(BundledPackageInCells, TemperatureDerivativesAreThoseOfTheValueOnEitherBasis) {
     for (const wchar_t* const basis : {L"mole", L"mass"}) {

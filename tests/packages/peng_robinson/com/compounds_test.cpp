@@ -87,13 +87,15 @@ TEST_F(Compounds, NoIdentifiersMeansAllCompounds) {
     EXPECT_EQ(constant({L"acentricFactor"}, all).size(), eos::compounds().size());
 }
 
-TEST_F(Compounds, MissingConstantLeavesAHoleAndWarns) {
+TEST_F(Compounds, MissingConstantIsNoNumberAndWarns) {
     const auto values =
         constant({L"heatOfVaporizationAtNormalBoilingPoint"}, texts({L"carbon dioxide", L"propane"}),
                  static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR));
     ASSERT_EQ(values.size(), 2u);
-    EXPECT_EQ(values[0].vt, VT_EMPTY);
-    EXPECT_EQ(values[1].vt, VT_R8);
+    ASSERT_EQ(values[0].vt, VT_R8) << "a hole would show as 0";
+    EXPECT_TRUE(std::isnan(values[0].dblVal));
+    ASSERT_EQ(values[1].vt, VT_R8);
+    EXPECT_GT(values[1].dblVal, 15000.0);
     EXPECT_EQ(
         lastFailure(object.get()).description,
         L"No value for heatOfVaporizationAtNormalBoilingPoint of carbon dioxide; the other values are valid");

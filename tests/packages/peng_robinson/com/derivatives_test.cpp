@@ -2,26 +2,14 @@
 // the property itself.
 #include "packages/peng_robinson/eos/compound.h"
 #include "tests/packages/peng_robinson/com/test_material.h"
+#include "tests/packages/peng_robinson/differences.h"
 
 #include <cmath>
-#include <functional>
 #include <numeric>
 #include <set>
 
 namespace peng_robinson::test {
 namespace {
-
-/// A function of one variable with several values: differences of sixth order.
-Reals slopes(const std::function<Reals(double)>& f, double variable) {
-    const double h = 2e-3 * variable;
-    const Reals up = f(variable + h), down = f(variable - h), up2 = f(variable + 2.0 * h),
-                down2 = f(variable - 2.0 * h), up3 = f(variable + 3.0 * h), down3 = f(variable - 3.0 * h);
-    Reals result(up.size());
-    for (std::size_t i = 0; i < up.size(); ++i) {
-        result[i] = (45.0 * (up[i] - down[i]) - 9.0 * (up2[i] - down2[i]) + (up3[i] - down3[i])) / (60.0 * h);
-    }
-    return result;
-}
 
 void expectSlope(double actual, double expected, double scale) {
     EXPECT_NEAR(actual, expected, 2e-8 * std::abs(expected) + 1e-9 * scale);

@@ -154,6 +154,16 @@ TEST_F(Properties, MaterialThatRefusesTheResultIsNamed) {
         routine, L"CalcSinglePhaseProp");
 }
 
+// At such a pressure rounding leaves nothing between the volume and the covolume.
+TEST_F(Properties, PressureAtWhichTheEquationGivesNoNumberIsNotBlamedOnTheCompound) {
+    material = com::make<TestMaterial>(Texts{L"toluene"});
+    material->setConditions(L"Vapor", 300.0, 1e30, {1.0});
+    ASSERT_EQ(context->SetMaterial(material->self()), S_OK);
+    expectFailure(calculate({L"entropy"}), ECapeThrmPropertyNotAvailableHR,
+                  L"No value for entropy: the equation gives none at these conditions", routine,
+                  L"CalcSinglePhaseProp");
+}
+
 TEST_F(Properties, NeedAMaterial) {
     ASSERT_EQ(context->UnsetMaterial(), S_OK);
     EXPECT_EQ(context->UnsetMaterial(), S_OK);

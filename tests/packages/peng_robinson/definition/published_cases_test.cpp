@@ -1,6 +1,6 @@
 // Published mixtures given as package definitions: the same digits as the equation evaluated directly, and
-// the numbers that other authors' Peng-Robinson codes publish in their test suites: thermo
-// (github.com/CalebBell/thermo) and neqsim (github.com/equinor/neqsim), each with its own constants.
+// the numbers that other authors' Peng-Robinson codes publish in their test suites: thermo and neqsim, each
+// with its own constants.
 #include "packages/peng_robinson/catalogue/configuration.h"
 #include "packages/peng_robinson/eos/flash.h"
 #include "tests/packages/peng_robinson/definition/support.h"

@@ -4,6 +4,7 @@
 #include "packages/peng_robinson/eos/ideal_gas.h"
 #include "packages/peng_robinson/eos/phase_slopes.h"
 #include "packages/peng_robinson/eos/transport.h"
+#include "tests/packages/peng_robinson/differences.h"
 #include "tests/packages/peng_robinson/eos/support.h"
 
 #include <numeric>
@@ -14,6 +15,7 @@ namespace {
 
 using Variable = Direction::Variable;
 using Values = std::vector<double>;
+using peng_robinson::test::slopes;
 
 struct State {
     std::vector<std::string> compounds;
@@ -90,21 +92,6 @@ class Derivatives : public testing::TestWithParam<State> {
     PhaseProperties at(double atT, double atP, const Values& atX) const {
         PhaseState state = fluid.model().at(atT).phase(atP, atX, GetParam().root, {.thermal = true});
         return totalProperties(fluid, std::move(state), atX);
-    }
-
-    // Central differences of sixth order, for each of several values.
-    template <typename F>
-    static Values slopes(F f, double variable) {
-        const double h = 2e-3 * variable;
-        const Values up = f(variable + h), down = f(variable - h), up2 = f(variable + 2.0 * h),
-                     down2 = f(variable - 2.0 * h), up3 = f(variable + 3.0 * h),
-                     down3 = f(variable - 3.0 * h);
-        Values result(up.size());
-        for (std::size_t i = 0; i < up.size(); ++i) {
-            result[i] =
-                (45.0 * (up[i] - down[i]) - 9.0 * (up2[i] - down2[i]) + (up3[i] - down3[i])) / (60.0 * h);
-        }
-        return result;
     }
 
     void expectSlopes(Direction direction, const Values& differences, double variable) {

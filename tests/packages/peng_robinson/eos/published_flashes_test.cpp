@@ -1,5 +1,5 @@
-// Flashes, bubble and dew points against numbers that other authors' Peng-Robinson codes publish: thermo
-// (github.com/CalebBell/thermo), neqsim (github.com/equinor/neqsim) and Clapeyron.jl.
+// Flashes, bubble and dew points against numbers that other authors' Peng-Robinson codes publish: thermo,
+// neqsim and Clapeyron.jl.
 #include "packages/peng_robinson/eos/flash.h"
 #include "tests/packages/peng_robinson/eos/support.h"
 

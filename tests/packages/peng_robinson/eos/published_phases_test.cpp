@@ -1,5 +1,5 @@
 // Single phases against numbers that other authors' Peng-Robinson codes publish in their test suites: thermo
-// (github.com/CalebBell/thermo) and neqsim (github.com/equinor/neqsim), each with its own constants.
+// and neqsim, each with its own constants.
 #include "tests/packages/peng_robinson/eos/support.h"
 
 namespace peng_robinson::eos::test {

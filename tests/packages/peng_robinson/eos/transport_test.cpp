@@ -84,6 +84,38 @@ TEST(Transport, OfLiquids) {
     }
 }
 
+// Saturated liquids up to a reduced temperature of 0.8.
+TEST(Transport, OfWarmLiquids) {
+    for (const Published& row : {Published{"methane", 150.0, 1.1e6, Root::liquid, 61.5, 0.118},
+                                 {"propane", 250.0, 3e5, Root::liquid, 157.0, 0.118},
+                                 {"propane", 300.0, 1e6, Root::liquid, 97.1, 0.0935},
+                                 {"n-hexane", 323.15, 101325.0, Root::liquid, 240.0, 0.113},
+                                 {"n-heptane", 348.15, 101325.0, Root::liquid, 243.0, 0.108},
+                                 {"n-octane", 373.15, 101325.0, Root::liquid, 243.0, 0.105},
+                                 {"n-decane", 373.15, 101325.0, Root::liquid, 359.0, 0.113},
+                                 {"benzene", 348.15, 101325.0, Root::liquid, 335.0, 0.125},
+                                 {"toluene", 373.15, 101325.0, Root::liquid, 270.0, 0.110}}) {
+        expectPublished(row, {0.30, 0.20});
+    }
+}
+
+// The polynomial of Jossi et al. ends long before liquids thicken towards their triple point. The
+// conductivity keeps its promise there.
+TEST(Transport, ViscositiesOfColdLiquidsAreFarTooLow) {
+    const struct {
+        Published row;
+        double mostOfIt;
+    } cold[] = {{{"n-decane", 248.15, 101325.0, Root::liquid, 2188.0, 0.1425}, 0.5},
+                {{"toluene", 248.15, 101325.0, Root::liquid, 1165.0, 0.1457}, 0.7},
+                {{"propane", 100.0, 101325.0, Root::liquid, 3800.0, 0.2055}, 0.2}};
+    for (const auto& [row, mostOfIt] : cold) {
+        const Fluid fluid = fluidOf({row.name});
+        const PhaseProperties liquid = pure(row.name, row.T, row.P, row.root, fluid);
+        EXPECT_LT(1e6 * viscosity(liquid), mostOfIt * row.viscosity) << row.name;
+        expectRelative(thermalConductivity(liquid), row.conductivity, 0.25, row.name);
+    }
+}
+
 TEST(Transport, OfAMixtureOfOneCompoundWithItselfAreThoseOfTheCompound) {
     const Fluid alone = fluidOf({"propane"}), both = fluidOf({"propane", "propane"});
     const std::vector<double> halves{0.3, 0.7};
@@ -159,7 +191,8 @@ double surfaceTension(const Fluid& fluid, double T, double P) {
     return twoPhaseValues(TwoPhaseProperty::surfaceTension, Derivative::none, liquid, vapor).at(0);
 }
 
-// Mulero, Cachadina, Parra, J. Phys. Chem. Ref. Data 41 (2012) 043105; water: IAPWS R1-76. mN/m.
+// Mulero, Cachadina, Parra, J. Phys. Chem. Ref. Data 41 (2012) 043105; Jasper, J. Phys. Chem. Ref. Data 1
+// (1972) 841; water: IAPWS R1-76. mN/m. From a reduced temperature of 0.4 to one of 0.8.
 TEST(SurfaceTension, OfPureLiquids) {
     const struct {
         const char* name;
@@ -168,7 +201,9 @@ TEST(SurfaceTension, OfPureLiquids) {
                      {"propane", 300.0, 6.75},   {"n-butane", 300.0, 11.6},  {"n-pentane", 298.15, 15.5},
                      {"n-hexane", 298.15, 17.9}, {"n-octane", 298.15, 21.1}, {"n-decane", 298.15, 23.4},
                      {"benzene", 298.15, 28.2},  {"toluene", 298.15, 27.9},  {"ethylene", 169.38, 16.3},
-                     {"hydrogen", 20.369, 1.91}, {"water", 298.15, 71.97}};
+                     {"hydrogen", 20.369, 1.91}, {"water", 298.15, 71.97},   {"propane", 148.0, 26.5},
+                     {"methane", 91.0, 17.1},    {"benzene", 348.15, 21.77}, {"n-octane", 373.15, 14.0},
+                     {"n-decane", 373.15, 16.5}};
     for (const auto& [name, T, tension] : published) {
         const Compound& c = *findCompound(name);
         const Saturation at = saturationAtTemperature(mixture({c.Tc}, {c.Pc}, {c.acentricFactor}), T);

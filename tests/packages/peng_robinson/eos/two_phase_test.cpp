@@ -2,12 +2,14 @@
 #include "packages/peng_robinson/eos/flash.h"
 #include "packages/peng_robinson/eos/ideal_gas.h"
 #include "packages/peng_robinson/eos/two_phase.h"
+#include "tests/packages/peng_robinson/differences.h"
 #include "tests/packages/peng_robinson/eos/support.h"
 
 namespace peng_robinson::eos::test {
 namespace {
 
 using Values = std::vector<double>;
+using peng_robinson::test::slopes;
 
 class TwoPhases : public testing::TestWithParam<TwoPhaseProperty> {
   protected:
@@ -28,19 +30,6 @@ class TwoPhases : public testing::TestWithParam<TwoPhaseProperty> {
         return twoPhaseValues(GetParam(), derivative, vapor, liquid);
     }
 
-    template <typename F>
-    static Values slopes(F f, double variable) {
-        const double h = 2e-3 * variable;
-        const Values up = f(variable + h), down = f(variable - h), up2 = f(variable + 2.0 * h),
-                     down2 = f(variable - 2.0 * h), up3 = f(variable + 3.0 * h),
-                     down3 = f(variable - 3.0 * h);
-        Values result(up.size());
-        for (std::size_t i = 0; i < up.size(); ++i) {
-            result[i] =
-                (45.0 * (up[i] - down[i]) - 9.0 * (up2[i] - down2[i]) + (up3[i] - down3[i])) / (60.0 * h);
-        }
-        return result;
-    }
     void expectNear(double actual, double expected, double scale) const {
         EXPECT_NEAR(actual, expected, 2e-8 * std::abs(expected) + 1e-9 * scale);
     }
