@@ -8,8 +8,8 @@ if(MSVC)
 else()
     target_compile_options(
         quorvane_flags INTERFACE -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow
-                                 -Wold-style-cast -Wcast-qual -Woverloaded-virtual
-                                 -Wduplicated-cond -Wlogical-op -Wformat=2)
+                                 -Wold-style-cast -Wcast-qual -Woverloaded-virtual -Wformat=2
+                                 $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>)
 endif()
 
 if(WIN32)
@@ -35,6 +35,11 @@ if(QUORVANE_SANITIZE)
                                                     -fno-omit-frame-pointer)
     target_link_options(quorvane_flags INTERFACE -fsanitize=address,undefined)
     target_compile_definitions(quorvane_flags INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+if(QUORVANE_FUZZ)
+    # clang only; the fuzzers' programs bring the run time and main().
+    target_compile_options(quorvane_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # quorvane_library(NAME sources...): one folder, one static library. What it links is what it may include.

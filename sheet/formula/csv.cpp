@@ -112,10 +112,16 @@ class Reader {
     Address here_;
 };
 
-bool needsQuotes(std::string_view cell) { return cell.find_first_of("\",\r\n") != std::string_view::npos; }
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
+// A mark that begins the text says nothing but that it is UTF-8.
+bool needsQuotes(std::string_view cell, bool beginsText) {
+    return cell.find_first_of("\",\r\n") != std::string_view::npos ||
+           (beginsText && cell.starts_with(utf8Mark));
+}
 
 void append(std::string& text, std::string_view cell) {
-    if (!needsQuotes(cell)) {
+    if (!needsQuotes(cell, text.empty())) {
         text += cell;
         return;
     }
@@ -129,7 +135,6 @@ void append(std::string& text, std::string_view cell) {
 } // namespace
 
 CsvTable readCsv(std::string_view text) {
-    constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
         throw InputError{std::nullopt, "the file is UTF-16 text; save it as \"CSV UTF-8\""};
     }

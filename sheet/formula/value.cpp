@@ -2,9 +2,11 @@
 
 #include "sheet/formula/ascii.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <system_error>
 
 namespace sheet::formula {
@@ -43,6 +45,26 @@ std::string displayedNumber(double number) {
         return printed(number, std::chars_format::fixed);
     }
     return printed(number, std::chars_format::general, displayedDigits);
+}
+
+/// Of a decimal number without sign that is not zero.
+bool isBelowOne(std::string_view text) {
+    const std::size_t mark = std::min(text.find_first_of("eE"), text.size());
+    const std::string_view mantissa = text.substr(0, mark);
+    const auto point = static_cast<std::ptrdiff_t>(std::min(mantissa.find('.'), mantissa.size()));
+    const auto first = static_cast<std::ptrdiff_t>(mantissa.find_first_of("123456789"));
+    const std::ptrdiff_t wholeDigits = first < point ? point - first : point + 1 - first;
+
+    std::string_view exponentText = text.substr(std::min(mark + 1, text.size()));
+    if (exponentText.starts_with('+')) {
+        exponentText.remove_prefix(1);
+    }
+    std::ptrdiff_t exponent = 0;
+    const char* const end = exponentText.data() + exponentText.size();
+    if (std::from_chars(exponentText.data(), end, exponent).ec == std::errc::result_out_of_range) {
+        return exponentText.starts_with('-');
+    }
+    return exponent <= -wholeDigits;
 }
 
 template <typename NumberText>
@@ -90,9 +112,7 @@ std::optional<double> readNumber(std::string_view text) {
     }
     if (error == std::errc::result_out_of_range) {
         // Too small is zero, as in Excel; too large is no number.
-        const std::size_t exponent = text.find_first_of("eE");
-        const bool tiny = exponent != std::string_view::npos && text.substr(exponent + 1).starts_with('-');
-        return tiny ? std::optional{0.0} : std::nullopt;
+        return isBelowOne(unsignedText) ? std::optional{0.0} : std::nullopt;
     }
     return number;
 }

@@ -107,6 +107,12 @@ TEST(Csv, WhatIsWrittenReadsBackTheSame) {
     EXPECT_EQ(readCsv(writeCsv(table)), table);
 }
 
+TEST(Csv, AByteOrderMarkThatIsPartOfTheFirstCellIsKept) {
+    const CsvTable table{{"\uFEFFa", "\uFEFF"}, {"\uFEFFb"}};
+    EXPECT_EQ(writeCsv(table), "\"\uFEFFa\",\uFEFF\r\n\uFEFFb\r\n");
+    EXPECT_EQ(readCsv(writeCsv(table)), table);
+}
+
 TEST(Csv, QuotesAreWrittenOnlyWhereTheyAreNeeded) {
     EXPECT_EQ(writeCsv({{"a b", "1.5", "x,y", "\""}}), "a b,1.5,\"x,y\",\"\"\"\"\r\n");
 }

@@ -16,6 +16,19 @@ TEST(CellText, NumbersAreNumbersWithBlanksAroundOrNot) {
     EXPECT_EQ(readCell("1e-400"), Value{0.0});
 }
 
+TEST(CellText, NumbersTooSmallForADoubleAreZeroHoweverTheyAreWritten) {
+    EXPECT_EQ(readCell("0." + std::string(400, '0') + "1"), Value{0.0});
+    EXPECT_EQ(readCell("0." + std::string(400, '0') + "1e+5"), Value{0.0});
+    EXPECT_EQ(readCell("-1e-99999999999999999999"), Value{0.0});
+}
+
+TEST(CellText, NumbersTooLargeForADoubleAreTextsHoweverTheyAreWritten) {
+    for (const std::string& text : {"1" + std::string(400, '0'), "1" + std::string(400, '0') + "e-5",
+                                    std::string{"-1e99999999999999999999"}}) {
+        EXPECT_EQ(readCell(text), Value{text});
+    }
+}
+
 TEST(CellText, TruthValuesInAnyCase) {
     EXPECT_EQ(readCell("TRUE"), Value{true});
     EXPECT_EQ(readCell("false"), Value{false});
