@@ -1,5 +1,6 @@
 // What a user is told about a package: where it comes from, its names, and what its component has registered
 // about itself.
+#include "src/foundation/guid_text.h"
 #include "src/foundation/registry_text.h"
 #include "src/foundation/text.h"
 #include "src/package/property_package.h"
@@ -24,12 +25,6 @@ void addLine(std::wstring& text, const wchar_t* label, std::wstring_view value =
     text += joined(label, value, L"\r\n");
 }
 
-std::wstring braced(REFGUID id) {
-    wchar_t text[64];
-    const int length = StringFromGUID2(id, text, static_cast<int>(std::size(text)));
-    return {text, static_cast<std::size_t>(length > 0 ? length - 1 : 0)};
-}
-
 } // namespace
 
 std::wstring PropertyPackage::describe() const {
@@ -42,7 +37,7 @@ std::wstring PropertyPackage::describe() const {
         addLine(text, L"Stand-alone CAPE-OPEN 1.1 Property Package");
         addLine(text, L"Package name: ", managerName_);
     }
-    const std::wstring clsid = braced(managerGUID_);
+    const std::wstring clsid = guidText(managerGUID_);
     addLine(text, L"CLSID: ", clsid);
     com::unique_task_text progId;
     if (SUCCEEDED(ProgIDFromCLSID(managerGUID_, progId.put())) && progId) {

@@ -2,6 +2,7 @@
 
 #include "com/owned.h"
 #include "com/type_library.h"
+#include "src/foundation/guid_text.h"
 #include "src/server/excel_entries.h"
 
 #include <algorithm>
@@ -18,11 +19,9 @@ constexpr const char* root = "Software\\Classes\\";
 constexpr GUID appId = {0x4E70880D, 0x2F57, 0x4046, {0xB5, 0xEC, 0x71, 0xAF, 0x54, 0x20, 0x37, 0x23}};
 
 std::string registryForm(REFGUID id) {
-    wchar_t wide[40];
-    const int length = StringFromGUID2(id, wide, static_cast<int>(std::size(wide)));
     std::string text;
-    for (int i = 0; i + 1 < length; ++i) {
-        text.push_back(static_cast<char>(wide[i]));
+    for (const wchar_t character : guidText(id)) {
+        text.push_back(static_cast<char>(character));
     }
     return text;
 }
