@@ -34,9 +34,11 @@ std::string reasonFor(HRESULT code) {
     return error.description ? toUtf8(com::viewOf(error.description)) : systemText(code);
 }
 
+// The add-in's own words after a call that succeeded; packages may leave theirs there without a meaning.
 std::optional<std::string> messageLeft() {
     const ErrorInformation error = takeErrors();
-    return error.description ? std::optional{toUtf8(com::viewOf(error.description))} : std::nullopt;
+    return com::viewOf(error.source) == addInProgId ? std::optional{toUtf8(com::viewOf(error.description))}
+                                                    : std::nullopt;
 }
 
 // A table of one row, as the front end would find it in the workbook.

@@ -41,6 +41,10 @@ std::shared_ptr<PropertyPackage> packageOf(Session& session, IUnknown* wb, BSTR 
     return session.store().require(workbookKey(wb), textOf(ppName));
 }
 
+Report reportTo(MessageBoxes& boxes) {
+    return [&boxes](const std::wstring& message) { boxes.show(message); };
+}
+
 // The services that hand back a list of names.
 HRESULT list(Session& session, IUnknown* wb, BSTR ppName, VARIANT* names,
              ArrayVariant (PropertyPackage::*read)()) noexcept {
@@ -83,11 +87,17 @@ HRESULT STDMETHODCALLTYPE Excel::PackageNames(IUnknown* wb, VARIANT* names) noex
 }
 
 HRESULT STDMETHODCALLTYPE Excel::Persist(IUnknown* wb, VARIANT* data) noexcept {
-    return service(data, [&] { persist(session_.store(), workbookKey(wb), showMessage).handOver(data); });
+    return service(data, [&] {
+        MessageBoxes boxes;
+        persist(session_.store(), workbookKey(wb), reportTo(boxes)).handOver(data);
+    });
 }
 
 HRESULT STDMETHODCALLTYPE Excel::Depersist(IUnknown* wb, VARIANT data) noexcept {
-    return service([&] { depersist(session_.store(), workbookKey(wb), data, showMessage); });
+    return service([&] {
+        MessageBoxes boxes;
+        depersist(session_.store(), workbookKey(wb), data, reportTo(boxes));
+    });
 }
 
 HRESULT STDMETHODCALLTYPE Excel::CompoundNames(IUnknown* wb, BSTR ppName, VARIANT* names) noexcept {

@@ -13,10 +13,16 @@ constexpr std::size_t longest = 4000; // characters; no screen shows more
 
 } // namespace
 
-void showMessage(const std::wstring& message) {
+MessageBoxes::~MessageBoxes() {
+    if (!last_.empty()) {
+        const com::unique_bstr description{SysAllocStringLen(last_.data(), static_cast<UINT>(last_.size()))};
+        installErrorInfo(description.get(), __uuidof(IQuorvaneVSTOServices));
+    }
+}
+
+void MessageBoxes::show(const std::wstring& message) {
+    last_ = message;
     MessageBoxW(nullptr, message.substr(0, longest).c_str(), L"Quorvane:", MB_OK | MB_ICONERROR);
-    const com::unique_bstr description{SysAllocStringLen(message.data(), static_cast<UINT>(message.size()))};
-    installErrorInfo(description.get(), __uuidof(IQuorvaneVSTOServices));
 }
 
 } // namespace quorvane

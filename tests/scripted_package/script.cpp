@@ -1,6 +1,9 @@
 #include "tests/scripted_package/script.h"
 
+#include "com/com_ptr.h"
+
 #include <cstdio>
+#include <new>
 #include <stdexcept>
 
 namespace scripted {
@@ -37,6 +40,16 @@ void require(bool fits) {
 com::variant duplicate(const VARIANT& value) {
     return value.vt == VT_BSTR && value.bstrVal == nullptr ? com::variant::attach(value)
                                                            : com::variant::copyOf(value);
+}
+
+void leaveErrorInformation(const std::wstring& description) {
+    com::com_ptr<ICreateErrorInfo> creator;
+    if (FAILED(CreateErrorInfo(creator.put()))) {
+        throw std::bad_alloc{};
+    }
+    creator->SetSource(std::wstring{L"Scripted package"}.data());
+    creator->SetDescription(std::wstring{description}.data());
+    SetErrorInfo(0, creator.tryAs<IErrorInfo>().get());
 }
 
 bool Out::isNull() const noexcept {

@@ -29,6 +29,10 @@ namespace scripted {
 /// A deep copy; unlike Automation's own it keeps a null text null.
 com::variant duplicate(const VARIANT& value);
 
+/// Leaves Automation error information for the thread, as components of other makers do, also without
+/// failing.
+void leaveErrorInformation(const std::wstring& description);
+
 /// One output of a method. What the script gives it must be of its type.
 class Out {
   public:

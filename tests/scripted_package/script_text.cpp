@@ -34,6 +34,7 @@ const Interface interfaces[] = {
 }
 
 constexpr std::wstring_view partlyWord = L"partly ";
+constexpr std::wstring_view leavesWord = L"leaves ";
 constexpr std::wstring_view notReported = L"-";
 
 std::vector<std::wstring> pieces(std::wstring_view text, wchar_t separator) {
@@ -162,6 +163,11 @@ class Setting {
                           colon == std::wstring::npos ? std::wstring{} : value_.substr(colon + 1));
         } else if (value_ == L"nothing") {
             script_.answers(name);
+        } else if (value_.starts_with(leavesWord)) {
+            script_.hook(name, [words = value_.substr(leavesWord.size())](Call& call) {
+                leaveErrorInformation(words);
+                return call.healthy();
+            });
         } else if (value_.starts_with(partlyWord)) {
             givePartly(name, outputs(value_.substr(partlyWord.size())));
         } else {

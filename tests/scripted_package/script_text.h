@@ -4,6 +4,7 @@
 //   | CalcEquilibrium=0x8004050B                the method fails with that code
 //   | CalcEquilibrium=0x8004050B:No solution    and ECapeUser gives that description
 //   | CalcEquilibrium=nothing                   the method succeeds and does nothing
+//   | Initialize=leaves some words              as healthy, but leaves that as Automation error information
 //   | GetPhaseList=texts Gas,Oil & empty        the method succeeds with these outputs, see below
 //   | GetCompoundConstant=partly values 1,,x    the same, but the code says that something is not available
 //   | ICapeThermoPhases=none                    the interface is missing

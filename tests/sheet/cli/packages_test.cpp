@@ -142,6 +142,14 @@ TEST_F(PackagesTest, ThatCannotBeRestoredAreNamedWithTheirRows) {
             "package manager type. Perhaps this document was stored with a newer version of Quorvane.\n"
             "packages.csv: row 4: Cannot restore property package from Nobody: Excel package name unknown\n");
 }
+TEST_F(PackagesTest, MayLeaveErrorInformationOfTheirOwn) {
+    save(L"abc");
+    script(L"state=abc;Initialize=leaves foreign words;Save=leaves foreign words");
+    const Outcome outcome = recalc(compoundSheet, {L"--packages=packages.csv", L"--save-packages=again.csv"});
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(program_.read(L"again.csv"), program_.read(L"packages.csv"));
+}
 TEST_F(PackagesTest, ThatAreRestoredTakeTheirNames) {
     save(L"abc");
     EXPECT_EQ(

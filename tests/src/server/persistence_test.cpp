@@ -84,6 +84,16 @@ TEST_F(Persistence, APackageThatCannotBeSavedIsLeftInTheErrorInformation) {
     persist(book());
     EXPECT_EQ(errorInfo(), "Quorvane.Excel: Failed to save package P: error code 0x87654321");
 }
+TEST_F(Persistence, WhatOtherPackagesLeaveThereDoesNotHideIt) {
+    attach(L"A");
+    attach(L"B");
+    package->hook("Save", [this](scripted::Call& call) {
+        scripted::leaveErrorInformation(L"foreign words");
+        return package->count("Save") == 1 ? static_cast<HRESULT>(0x87654321) : call.healthy();
+    });
+    persist(book());
+    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Failed to save package A: error code 0x87654321");
+}
 TEST_F(Persistence, AWorkbookMustBeGiven) {
     com::variant saved;
     EXPECT_EQ(addIn->Persist(nullptr, &saved), E_FAIL);
