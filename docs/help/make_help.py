@@ -10,6 +10,8 @@ What the pages may use besides Markdown:
     ```example                        a formula, then the cells that it fills: "|" between columns, "..." for more
     {{messages NAME}}                 the messages of a worksheet function or group, from messages.tsv
     {{properties KIND}}               a table of the property catalogue
+    {{packages}}                      the built-in packages of the Peng-Robinson manager
+    {{document NAME}}                 docs/NAME.md without its title; what it links to beside the help stays as text
 """
 
 import csv
@@ -97,11 +99,26 @@ def property_table(kind):
     return "<table><tr>" + "".join(f"<th>{head}</th>" for head in heads) + "</tr>\n" + "".join(lines) + "</table>"
 
 
+def built_in_packages():
+    text = (source / "packages/peng_robinson/catalogue/named_packages.cpp").read_text(encoding="utf-8")
+    rows = re.findall(r'NamedPackage\{"([^"]+)",\s*"([^"]+)"', text)
+    if not rows:
+        raise ValueError("named_packages.cpp: no packages are found")
+    cells = "".join(f"<tr><td><code>{name}</code></td><td>{about}</td></tr>\n" for name, about in rows)
+    return f"<table><tr><th>package</th><th></th></tr>\n{cells}</table>"
+
+
 def example_block(match):
     formula, *rows = match.group(1).strip("\n").split("\n")
     cells = "".join(
         "<tr>" + "".join(f"<td>{html.escape(cell.strip())}</td>" for cell in row.split("|")) + "</tr>\n" for row in rows)
     return f'\n<p class="formula"><code>{html.escape(formula)}</code></p>\n<table class="result">{cells}</table>\n'
+
+
+def document(name):
+    text = (here.parent / f"{name}.md").read_text(encoding="utf-8")
+    text = re.sub(r"\A# .*\n", "", text)
+    return re.sub(r"\[([^\]\n]+)\]\((?!https?:|#)[^)]*\)", r"`\1`", text)
 
 
 example = re.compile(r"^```example\n(.*?)^```$", re.M | re.S)
@@ -115,11 +132,13 @@ class Page:
         keywords = re.search(r"^Keywords: (.*)\n", text, re.M)
         self.keywords = [word.strip() for word in keywords.group(1).split(";")] if keywords else []
         text = re.sub(r"^Keywords: .*\n", "", text, flags=re.M)
+        text = re.sub(r"\{\{document (\w+)\}\}", lambda m: document(m.group(1)), text)
         self.examples = [found.strip("\n").split("\n") for found in example.findall(text)]
         text = example.sub(example_block, text)
         text = re.sub(r"\{\{messages (\w+)\}\}", lambda m: message_table(m.group(1)), text)
+        text = text.replace("{{packages}}", built_in_packages())
         text = re.sub(r"\{\{properties (\w+)\}\}", lambda m: property_table(m.group(1)), text)
-        self.body = markdown.markdown(text, extensions=["tables", "toc"])
+        self.body = markdown.markdown(text, extensions=["tables", "toc", "fenced_code"])
 
     def write(self, folder):
         (folder / f"{self.name}.html").write_text(
