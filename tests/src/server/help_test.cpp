@@ -172,6 +172,24 @@ TEST_F(Help, KeepsTheViewerThatItFound) {
     EXPECT_EQ(shownTimes(viewer()), 2);
     EXPECT_EQ(viewer(L"second.dll"), nullptr) << "the registry is read once";
 }
+TEST_F(Help, ThatFailsIsRaisedInScripts) {
+    registered(otherFile());
+    const com::com_ptr<IQuorvaneVSTOServices> addIn = addInOf(server);
+    wchar_t name[] = L"Help";
+    wchar_t* names[] = {name};
+    DISPID member = DISPID_UNKNOWN;
+    ASSERT_EQ(addIn->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member), S_OK);
+    DISPPARAMS none{};
+    EXCEPINFO exception{};
+    EXPECT_EQ(addIn->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, nullptr,
+                            &exception, nullptr),
+              DISP_E_EXCEPTION);
+    const com::unique_bstr source{exception.bstrSource};
+    const com::unique_bstr description{exception.bstrDescription};
+    const com::unique_bstr helpFile{exception.bstrHelpFile};
+    EXPECT_EQ(com::viewOf(source), L"Quorvane.Excel");
+    EXPECT_EQ(com::viewOf(description), failure);
+}
 TEST_F(Help, WithoutAViewerFailsAtOnceFromThenOn) {
     registered(otherFile());
     EXPECT_EQ(help(), failure);

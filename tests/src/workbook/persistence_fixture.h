@@ -4,16 +4,12 @@
 
 #include "src/workbook/persistence.h"
 #include "tests/src/package/package_fixture.h"
-#include "tests/src/workbook/golden.h"
+#include "tests/src/workbook/saved_table.h"
 
 namespace quorvane {
 
-using Row = std::vector<std::wstring>;
-using Table = std::vector<Row>;
 using Messages = std::vector<std::string>;
 
-/// The array that holds the table, as a front end makes it: an empty text is a null one.
-com::variant arrayOf(const Table& table, LONG lowerBound = 1);
 /// What an array holds. Anything but VT_EMPTY must have the shape that workbooks rely on.
 Table tableIn(const VARIANT& array);
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env perl
 # Writes the tables in this folder: what a workbook keeps of packages whose saved bytes the tests know. Perl's own
 # zlib and base64 make them, so that they prove the add-in's format from outside. Run it here, by hand, when a table
-# is to be added; the tests need its output only.
+# is to be added; the build and the tests need its output only. It needs the modules Compress::Zlib and MIME::Base64, which
+# come with Perl (Debian's package perl).
 use strict;
 use warnings;
 use Compress::Zlib;
