@@ -2,6 +2,7 @@
 
 #include "src/foundation/error_boundary.h"
 #include "src/foundation/error_texts.h"
+#include "src/foundation/guid_text.h"
 #include "src/foundation/range_value.h"
 #include "src/foundation/text.h"
 #include "src/workbook/memory_stream.h"
@@ -10,17 +11,10 @@
 #include "src/workbook/string_matrix.h"
 
 #include <algorithm>
-#include <array>
 
 namespace quorvane {
 
 namespace {
-
-std::wstring guidText(const GUID& guid) {
-    std::array<wchar_t, 39> text;
-    StringFromGUID2(guid, text.data(), static_cast<int>(text.size()));
-    return text.data();
-}
 
 Bytes savedBytesOf(const std::wstring& ppName, const PropertyPackage& package, const Report& report) {
     const auto buffer = std::make_shared<Bytes>();
@@ -33,14 +27,15 @@ Bytes savedBytesOf(const std::wstring& ppName, const PropertyPackage& package, c
     return std::move(*buffer);
 }
 
-PersistedPackage persisted(const std::wstring& ppName, const PropertyPackage& package, const Report& report) {
+PersistedPackage persisted(const std::wstring& ppName, const PropertyPackage& package, const Report& report,
+                           InflationAllowance& allowance) {
     const Bytes bytes = savedBytesOf(ppName, package, report);
     return {ppName,
             package.managerName(),
             kindText(package.managerType()),
             guidText(package.managerGUID()),
             package.packageName(),
-            bytes.empty() ? package.keptStateText() : stateTextOf(bytes)};
+            bytes.empty() ? package.keptStateText() : stateTextOf(bytes, allowance)};
 }
 
 ArrayVariant tableOf(const std::vector<PersistedPackage>& packages) {
@@ -94,7 +89,7 @@ CAPEOPENPackageManagerType requiredKind(const PersistedPackage& saved) {
     return static_cast<CAPEOPENPackageManagerType>(*kind);
 }
 
-std::shared_ptr<PropertyPackage> restored(const PersistedPackage& saved) {
+std::shared_ptr<PropertyPackage> restored(const PersistedPackage& saved, InflationAllowance& allowance) {
     if (saved.ppName.empty()) {
         throw CWStrException{L"Excel package name unknown"};
     }
@@ -106,7 +101,7 @@ std::shared_ptr<PropertyPackage> restored(const PersistedPackage& saved) {
         throw CWStrException{L"invalid GUID string"};
     }
     const CAPEOPENPackageManagerType kind = requiredKind(saved);
-    const auto bytes = std::make_shared<Bytes>(bytesOfStateText(saved.stateText));
+    const auto bytes = std::make_shared<Bytes>(bytesOfStateText(saved.stateText, allowance));
     const auto stream = bytes->empty() ? com::com_ptr<MemoryStream>{}
                                        : com::make<MemoryStream>(bytes, MemoryStream::Access::readOnly);
     return std::make_shared<PropertyPackage>(saved.managerName, managerGUID, kind, saved.packageName,
@@ -115,12 +110,13 @@ std::shared_ptr<PropertyPackage> restored(const PersistedPackage& saved) {
 
 } // namespace
 
-ArrayVariant persist(const WorkbookStore& store, WorkbookKey workbook, const Report& report) {
+ArrayVariant persist(const WorkbookStore& store, WorkbookKey workbook, const Report& report,
+                     InflationAllowance allowance) {
     const std::vector<NamedPackage> packages = store.packagesOf(workbook);
     std::vector<PersistedPackage> rows;
     rows.reserve(packages.size());
     for (const auto& [ppName, package] : packages) {
-        rows.push_back(persisted(ppName, *package, report));
+        rows.push_back(persisted(ppName, *package, report, allowance));
     }
     if (rows.empty()) {
         return {};
@@ -133,7 +129,8 @@ ArrayVariant persist(const WorkbookStore& store, WorkbookKey workbook, const Rep
     return table;
 }
 
-void depersist(WorkbookStore& store, WorkbookKey workbook, const VARIANT& table, const Report& report) {
+void depersist(WorkbookStore& store, WorkbookKey workbook, const VARIANT& table, const Report& report,
+               InflationAllowance allowance) {
     const VARIANT value = withoutReference(table);
     if (value.vt == VT_EMPTY) {
         return;
@@ -151,7 +148,7 @@ void depersist(WorkbookStore& store, WorkbookKey workbook, const VARIANT& table,
             saved.managerName = L"<Unknown manager>";
         }
         try {
-            auto package = restored(saved);
+            auto package = restored(saved, allowance);
             package->keepStateText(std::move(saved.stateText));
             if (!store.enterPackage(workbook, saved.ppName, std::move(package))) {
                 return; // the workbook was closed meanwhile

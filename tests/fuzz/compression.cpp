@@ -17,7 +17,8 @@ constexpr std::size_t limit = 1U << 16U;
 
 std::optional<Bytes> inflatedWithin(const Bytes& stream, std::size_t most) {
     try {
-        return quorvane::inflated(stream, most);
+        quorvane::InflationAllowance allowance{most};
+        return quorvane::inflated(stream, allowance);
     } catch (const quorvane::CWStrException&) {
         return std::nullopt;
     }

@@ -11,10 +11,13 @@ namespace {
 constexpr std::size_t limit = 1U << 16U;
 
 void requireRoundTrip(const Bytes& bytes) {
-    const std::wstring text = quorvane::stateTextOf(bytes);
+    quorvane::InflationAllowance forWriting{limit, limit};
+    quorvane::InflationAllowance forReading{limit, limit};
+    const std::wstring text = quorvane::stateTextOf(bytes, forWriting);
     require(text.empty() == bytes.empty(), "no bytes and no text are the same");
     require(text.size() <= quorvane::base64Length(bytes.size()), "compressing never lengthens");
-    require(quorvane::bytesOfStateText(text) == bytes, "read as written");
+    require(quorvane::bytesOfStateText(text, forReading) == bytes, "read as written");
+    require(forReading.next() == forWriting.next(), "what is written counts like what is read");
 }
 
 } // namespace
@@ -28,7 +31,8 @@ void run(Input input) {
     }
     requireRoundTrip(bytes);
     try {
-        const Bytes read = quorvane::bytesOfStateText(wide(given), limit);
+        quorvane::InflationAllowance allowance{limit};
+        const Bytes read = quorvane::bytesOfStateText(wide(given), allowance);
         require(read.size() <= limit, "no more than the limit");
         requireRoundTrip(read);
     } catch (const quorvane::CWStrException&) {

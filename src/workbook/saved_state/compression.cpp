@@ -3,6 +3,7 @@
 #include "src/foundation/exceptions.h"
 
 #include <array>
+#include <limits>
 #include <new>
 #include <zlib.h>
 
@@ -14,6 +15,15 @@ constexpr int bestCompression = 9;
 constexpr int windowBits = 15;
 constexpr int memoryLevel = 8;
 
+// In the C++ heap, like everything else here.
+voidpf allocate(voidpf, uInt count, uInt size) {
+    if (size != 0 && count > std::numeric_limits<std::size_t>::max() / size) {
+        return nullptr;
+    }
+    return operator new (std::size_t{count} * size, std::nothrow);
+}
+void release(voidpf, voidpf block) { operator delete(block); }
+
 // zlib reads through a pointer to non-const, but does not write.
 Bytef* input(std::span<const std::uint8_t> bytes) noexcept { return const_cast<Bytef*>(bytes.data()); }
 
@@ -23,6 +33,8 @@ class Stream {
     explicit Stream(std::span<const std::uint8_t> bytes) noexcept {
         state.next_in = input(bytes);
         state.avail_in = static_cast<uInt>(bytes.size());
+        state.zalloc = allocate;
+        state.zfree = release;
     }
     Stream(const Stream&) = delete;
     Stream& operator=(const Stream&) = delete;
@@ -36,6 +48,15 @@ void requireStarted(int code) {
     if (code != Z_OK) {
         throw std::bad_alloc{};
     }
+}
+
+// Reading it up to its limit took as long as restoring it.
+[[noreturn]] void throwTooLarge(InflationAllowance& allowance) {
+    const bool together = allowance.isNearlySpent();
+    allowance.spend(allowance.next());
+    throw CWStrException{
+        together ? L"the saved states of this workbook are too large; at most 1 GB can be restored together"
+                 : L"the saved state is too large; at most 256 MB can be restored"};
 }
 
 } // namespace
@@ -53,9 +74,10 @@ Bytes deflated(std::span<const std::uint8_t> bytes) {
     return result;
 }
 
-Bytes inflated(std::span<const std::uint8_t> stream, std::size_t limit) {
+Bytes inflated(std::span<const std::uint8_t> stream, InflationAllowance& allowance) {
     Stream<inflateEnd> reader{stream};
     requireStarted(inflateInit(&reader.state));
+    const std::size_t limit = allowance.next();
     Bytes result;
     std::array<std::uint8_t, 1024> block;
     for (;;) {
@@ -68,10 +90,11 @@ Bytes inflated(std::span<const std::uint8_t> stream, std::size_t limit) {
         }
         const std::size_t count = block.size() - reader.state.avail_out;
         if (count == 0) {
+            allowance.spend(result.size());
             return result;
         }
         if (count > limit - result.size()) {
-            throw CWStrException{L"the saved state is too large; at most 256 MB can be restored"};
+            throwTooLarge(allowance);
         }
         result.insert(result.end(), block.data(), block.data() + count);
     }

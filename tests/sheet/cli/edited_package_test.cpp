@@ -30,7 +30,8 @@ class EditedPackageTest : public testing::Test {
     static std::string rowOf(std::map<peng_robinson::CompoundPair, double> changed) {
         const peng_robinson::Configuration gas{peng_robinson::builtInCatalogue(),
                                                {{methane, nitrogen, ethane}, std::move(changed)}};
-        const std::wstring state = quorvane::stateTextOf(peng_robinson::writeState(gas));
+        quorvane::InflationAllowance allowance;
+        const std::wstring state = quorvane::stateTextOf(peng_robinson::writeState(gas), allowance);
         return "Gas,Peng-Robinson,StandAlonePackage11,{481616A8-47AD-4A42-BE09-E48AFDFC9868},," +
                std::string{state.begin(), state.end()} + "\r\n";
     }

@@ -11,9 +11,14 @@ std::span<const std::uint8_t> firstOf(const Bytes& bytes, std::size_t count) {
     return std::span{bytes}.first(count);
 }
 
-std::wstring refusal(std::span<const std::uint8_t> stream, std::size_t limit) {
+Bytes inflated(std::span<const std::uint8_t> stream, std::size_t limit = std::size_t{1} << 20U) {
+    InflationAllowance allowance{limit};
+    return inflated(stream, allowance);
+}
+
+std::wstring refusal(std::span<const std::uint8_t> stream, InflationAllowance& allowance) {
     try {
-        inflated(stream, limit);
+        inflated(stream, allowance);
     } catch (const WException& failure) {
         return failure.message();
     }
@@ -65,8 +70,31 @@ TEST(Decompression, StopsAtItsLimit) {
     constexpr const wchar_t* message = L"the saved state is too large; at most 256 MB can be restored";
     const Bytes stream = deflated(repeated(5000));
     EXPECT_EQ(inflated(stream, 5000).size(), 5000U);
-    EXPECT_EQ(refusal(stream, 4999), message);
-    EXPECT_EQ(refusal(stream, 0), message);
+    for (const std::size_t limit : {4999U, 0U}) {
+        InflationAllowance allowance{limit};
+        EXPECT_EQ(refusal(stream, allowance), message);
+    }
+}
+TEST(Decompression, StopsWhereTheTablesStatesTogetherHaveTheirLimit) {
+    constexpr const wchar_t* message =
+        L"the saved states of this workbook are too large; at most 1 GB can be restored together";
+    const Bytes stream = deflated(repeated(5000));
+    InflationAllowance allowance{6000, 12000};
+    EXPECT_EQ(inflated(stream, allowance).size(), 5000U);
+    EXPECT_EQ(inflated(stream, allowance).size(), 5000U);
+    EXPECT_EQ(allowance.next(), 2000U);
+    EXPECT_EQ(refusal(stream, allowance), message);
+    EXPECT_EQ(allowance.next(), 0U); // reading so far took its time
+    EXPECT_EQ(refusal(deflated(repeated(1)), allowance), message);
+    EXPECT_TRUE(inflated({}, allowance).empty());
+}
+TEST(Decompression, OfAStateThatIsTooLargeCountsAsFarAsItWent) {
+    const Bytes stream = deflated(repeated(5000));
+    InflationAllowance allowance{4000, 10000};
+    for (const std::size_t left : {4000U, 2000U, 0U}) {
+        EXPECT_NE(refusal(stream, allowance), L"(accepted)");
+        EXPECT_EQ(allowance.next(), left);
+    }
 }
 TEST(Decompression, SurvivesEveryOneByteDamage) {
     const Bytes good = deflated(letters(600));

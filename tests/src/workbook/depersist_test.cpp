@@ -246,6 +246,19 @@ TEST_F(Depersist, OfManyBadRowsOnlyTheFirstHundredAreTold) {
     EXPECT_EQ(messages[100], "Cannot restore 4899 more property packages");
     EXPECT_THAT(namesIn(), ElementsAre(L"Good"));
 }
+TEST_F(Depersist, OfStatesThatAreTooLargeTogetherTheLastAreTold) {
+    const std::wstring compressed = stateTextOf(repeated(5000));
+    const std::wstring plain = stateTextOf(noise(5000));
+    depersist(store, book,
+              arrayOf({row(L"A", compressed), row(L"B", compressed), row(L"C", compressed), row(L"D", plain),
+                       row(L"E", compressed)}),
+              report, InflationAllowance{6000, 12000});
+    constexpr const char* message =
+        "Cannot restore property package from Scripted: the saved states of this workbook are too large; at "
+        "most 1 GB can be restored together";
+    EXPECT_THAT(messages, ElementsAre(message, message));
+    EXPECT_THAT(namesIn(), ElementsAre(L"A", L"B", L"D"));
+}
 TEST_F(Depersist, MillionsOfCellsAreReadOnce) {
     restore(Table(300'000, Row(10)));
     EXPECT_EQ(messages.size(), 101U);

@@ -51,4 +51,14 @@ Bytes letters(std::size_t count) {
 
 Bytes bytesOf(std::string_view text) { return Bytes(text.begin(), text.end()); }
 
+std::wstring stateTextOf(std::span<const std::uint8_t> bytes) {
+    InflationAllowance allowance;
+    return stateTextOf(bytes, allowance);
+}
+
+Bytes bytesOfStateText(std::wstring_view text) {
+    InflationAllowance allowance;
+    return bytesOfStateText(text, allowance);
+}
+
 } // namespace quorvane

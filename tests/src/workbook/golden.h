@@ -1,7 +1,7 @@
 // The tables in golden/, which a tool of somebody else's wrote, and the states that they hold.
 #pragma once
 
-#include "src/workbook/saved_state/base64.h"
+#include "src/workbook/saved_state/state_text.h"
 
 namespace quorvane {
 
@@ -16,5 +16,9 @@ Bytes letters(std::size_t count);
 
 /// Bytes of a text in plain characters.
 Bytes bytesOf(std::string_view text);
+
+// States that are alone in their table.
+std::wstring stateTextOf(std::span<const std::uint8_t> bytes);
+Bytes bytesOfStateText(std::wstring_view text);
 
 } // namespace quorvane

@@ -107,6 +107,18 @@ TEST_F(Persist, OtherPackagesAreSavedAllTheSame) {
     EXPECT_EQ(table[1][5], L"YWJj");
     EXPECT_EQ(messages.size(), 1U);
 }
+TEST_F(Persist, StatesThatCouldNotBeRestoredTogetherAreNotAllCompressed) {
+    attach(L"A");
+    attach(L"B");
+    setState(repeated(5000));
+    const InflationAllowance allowance{6000, 9999};
+    const ArrayVariant table = persist(store, book, report, allowance);
+    EXPECT_TRUE(tableIn(table.value)[0][5].starts_with(L'#'));
+    EXPECT_EQ(tableIn(table.value)[1][5], toBase64(repeated(5000)));
+    depersist(store, otherBook, table.value, report, allowance);
+    EXPECT_THAT(namesIn(otherBook), ElementsAre(L"A", L"B"));
+    EXPECT_THAT(messages, IsEmpty());
+}
 
 // A package that was restored keeps its text until it has been written again, once.
 

@@ -41,6 +41,20 @@ TEST(StateText, IsCompressedWhenThatSavesMoreThan100Characters) {
     EXPECT_GT(plain, 1000U);
     EXPECT_GT(compressed, 0U);
 }
+TEST(StateText, IsPlainWhereItCouldNotBeRestoredOtherwise) {
+    const std::wstring plain = toBase64(repeated(5000));
+    InflationAllowance tooSmall{4999};
+    EXPECT_EQ(stateTextOf(repeated(5000), tooSmall), plain);
+    InflationAllowance forOne{5000, 9999};
+    EXPECT_NE(stateTextOf(repeated(5000), forOne), plain);
+    EXPECT_EQ(stateTextOf(repeated(5000), forOne), plain);
+    EXPECT_EQ(forOne.next(), 4999U);
+}
+TEST(StateText, ThatIsPlainSpendsNothing) {
+    InflationAllowance allowance{5000, 5000};
+    EXPECT_EQ(bytesOfStateText(stateTextOf(noise(5000), allowance), allowance), noise(5000));
+    EXPECT_EQ(allowance.next(), 5000U);
+}
 TEST(StateText, RoundTrips) {
     for (const Bytes& bytes : {noise(1), noise(499), repeated(501), letters(60000), mixed(2000, 2000)}) {
         EXPECT_EQ(bytesOfStateText(stateTextOf(bytes)), bytes);
