@@ -16,13 +16,13 @@ constexpr int windowBits = 15;
 constexpr int memoryLevel = 8;
 
 // In the C++ heap, like everything else here.
-voidpf allocate(voidpf, uInt count, uInt size) {
+voidpf allocate(voidpf, uInt count, uInt size) noexcept {
     if (size != 0 && count > std::numeric_limits<std::size_t>::max() / size) {
         return nullptr;
     }
     return operator new (std::size_t{count} * size, std::nothrow);
 }
-void release(voidpf, voidpf block) { operator delete(block); }
+void release(voidpf, voidpf block) noexcept { operator delete(block); }
 
 // zlib reads through a pointer to non-const, but does not write.
 Bytef* input(std::span<const std::uint8_t> bytes) noexcept { return const_cast<Bytef*>(bytes.data()); }
