@@ -19,11 +19,11 @@ class Raised {
 
 } // namespace
 
-// S_FALSE tells the client that everything is as it was.
+// OK is S_OK even when nothing was changed, and Cancel is S_FALSE: clients tell the two answers apart by it.
 HRESULT STDMETHODCALLTYPE PropertyPackage::Edit() noexcept {
     // While the window is open the client may call back, and may let the package go.
     const auto self = com::com_ptr<ICapeUtilities>::share(this);
-    bool isChanged = false;
+    bool isAccepted = false;
     const HRESULT result = call(L"ICapeUtilities", L"Edit", [&] {
         if (isEdited_) {
             throw CapeError{ECapeBadInvOrderHR, L"The package is being edited already"};
@@ -35,12 +35,13 @@ HRESULT STDMETHODCALLTYPE PropertyPackage::Edit() noexcept {
             throw CapeError{ECapeFailedInitialisationHR,
                             L"The package cannot be edited: there is no screen to show its window"};
         }
-        if (answer == DialogAnswer::accepted && model.isChanged()) {
+        isAccepted = answer == DialogAnswer::accepted;
+        if (isAccepted && model.isChanged()) {
             configure(model.result());
-            isDirty_ = isChanged = true;
+            isDirty_ = true;
         }
     });
-    return SUCCEEDED(result) && !isChanged ? S_FALSE : result;
+    return SUCCEEDED(result) && !isAccepted ? S_FALSE : result;
 }
 
 } // namespace peng_robinson

@@ -137,6 +137,7 @@ void EditDialog::command(int id, int notification) {
     case CONTROL_USE_TABULATED:
         if (pair_) {
             model_.useTabulatedParameter(pairs_[*pair_]);
+            mistake_.reset(); // what was typed is given up
             showTypedParameter();
             showPair();
         }

@@ -93,7 +93,8 @@ TEST_F(EditWindow, CancelLeavesThePackage) {
     EXPECT_EQ(persistence()->IsDirty(), S_FALSE);
 }
 
-TEST_F(EditWindow, OkWithoutAChangeIsNothing) {
+TEST_F(EditWindow, OkWithoutAChangeIsAcceptedAndLeavesThePackage) {
+    const Bytes before = saved();
     const HRESULT result = edit([](const DrivenDialog& window) {
         window.type(CONTROL_PARAMETER, L"0.5");
         window.press(CONTROL_USE_TABULATED);
@@ -102,8 +103,26 @@ TEST_F(EditWindow, OkWithoutAChangeIsNothing) {
         window.press(IDOK);
         EXPECT_TRUE(window.closes());
     });
-    EXPECT_EQ(result, S_FALSE);
+    EXPECT_EQ(result, S_OK);
+    EXPECT_EQ(saved(), before);
     EXPECT_EQ(persistence()->IsDirty(), S_FALSE);
+}
+
+TEST_F(EditWindow, TableValueReplacesAMistakeInTheListToo) {
+    const HRESULT result = edit([](const DrivenDialog& window) {
+        window.type(CONTROL_PARAMETER, L"0.5");
+        window.type(CONTROL_PARAMETER, L"");
+        EXPECT_EQ(window.text(CONTROL_MESSAGE), L"Enter a number");
+        EXPECT_EQ(window.selectedLine(CONTROL_PAIRS), L"nitrogen - carbon dioxide\t0.5 *");
+        window.press(CONTROL_USE_TABULATED);
+        EXPECT_EQ(window.text(CONTROL_PARAMETER), L"-0.017");
+        EXPECT_EQ(window.text(CONTROL_MESSAGE), L"");
+        EXPECT_EQ(window.selectedLine(CONTROL_PAIRS), L"nitrogen - carbon dioxide\t-0.017");
+        window.press(IDOK);
+        EXPECT_TRUE(window.closes());
+    });
+    EXPECT_EQ(result, S_OK);
+    EXPECT_TRUE(selection().changed.empty());
 }
 
 TEST_F(EditWindow, CompoundsAreRemovedAddedAndMoved) {
@@ -236,7 +255,7 @@ TEST_F(EditWindow, RestoredPackageShowsItsChanges) {
                         EXPECT_EQ(window.selectedLine(CONTROL_PAIRS), L"nitrogen - carbon dioxide\t0.25 *");
                         window.press(IDOK);
                     }),
-              S_FALSE);
+              S_OK);
 }
 
 TEST_F(EditWindow, PackageOfADefinitionIsEditedAndRestored) {
