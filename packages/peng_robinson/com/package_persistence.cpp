@@ -89,7 +89,9 @@ void PropertyPackage::requireUninitialised() const {
     }
 }
 
-// Every package is restored by the stand-alone class, or by the manager that made it.
+// The class of the stand-alone package: it also opens what the manager's built-in packages save. A package of
+// a definition only the manager opens, by its name, because the state does not hold the values of the
+// definition.
 HRESULT STDMETHODCALLTYPE PropertyPackage::GetClassID(CLSID* clsid) noexcept {
     return call(persistence, L"GetClassID", [&] {
         requirePointer(clsid);

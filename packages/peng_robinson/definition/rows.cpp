@@ -8,11 +8,10 @@ namespace {
 
 constexpr std::string_view blanks = " \t", separators = ",;\t";
 
-std::string_view trimmed(std::string_view text, std::string_view characters = blanks) {
-    const std::size_t first = text.find_first_not_of(characters);
-    return first == std::string_view::npos
-               ? std::string_view{}
-               : text.substr(first, text.find_last_not_of(characters) - first + 1);
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(blanks);
+    return first == std::string_view::npos ? std::string_view{}
+                                           : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 // The length of the UTF-8 sequence at the beginning; 0 when there is none (overlong forms and surrogates are
@@ -37,6 +36,14 @@ std::size_t sequenceLength(std::string_view text) {
     const bool isOverlong = (first == 0xE0 && at(1) < 0xA0) || (first == 0xF0 && at(1) < 0x90);
     const bool isSurrogate = first == 0xED && at(1) >= 0xA0, isBeyond = first == 0xF4 && at(1) >= 0x90;
     return isOverlong || isSurrogate || isBeyond ? 0 : length;
+}
+
+// Takes the first line from `text`, whose lines end with LF, CR LF or CR.
+std::string_view takeLine(std::string_view& text) {
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    text.remove_prefix(line.size());
+    text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(text.size(), 1));
+    return line;
 }
 
 void requireText(std::string_view line, std::size_t number) {
@@ -124,9 +131,7 @@ std::vector<Row> readRows(std::string_view given) {
     std::string_view text = withoutMark(given);
     char separator = '\0';
     for (std::size_t number = 1; !text.empty(); ++number) {
-        const std::size_t end = text.find('\n');
-        const std::string_view line = trimmed(text.substr(0, end), "\r");
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        const std::string_view line = takeLine(text);
         requireText(line, number);
         if (trimmed(line).empty() || trimmed(line).starts_with('#')) {
             continue;

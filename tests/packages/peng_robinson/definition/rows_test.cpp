@@ -35,7 +35,12 @@ TEST(Rows, EmptyLinesAndCommentsSayNothing) {
     EXPECT_EQ(rowsOf("\n# one; two\na,b\n   \n  # more\n,,\nc"), (Rows{"3: a|b", "7: c"}));
 }
 
-TEST(Rows, LinesEndAsOnWindowsOrAsElsewhere) { EXPECT_EQ(rowsOf("a,b\r\nc\r\n"), (Rows{"1: a|b", "2: c"})); }
+TEST(Rows, LinesEndAsOnAnySystem) {
+    EXPECT_EQ(rowsOf("a,b\n\nc\n"), (Rows{"1: a|b", "3: c"}));
+    EXPECT_EQ(rowsOf("a,b\r\n\r\nc\r\n"), (Rows{"1: a|b", "3: c"}));
+    EXPECT_EQ(rowsOf("a,b\r\rc\r"), (Rows{"1: a|b", "3: c"}));
+    EXPECT_EQ(rowsOf("a,b\r"), (Rows{"1: a|b"}));
+}
 
 TEST(Rows, ByteOrderMarkIsSkipped) { EXPECT_EQ(rowsOf("\xEF\xBB\xBF[a]\n"), (Rows{"1: [a]"})); }
 
@@ -64,6 +69,7 @@ TEST(Rows, EmptyTextHasNoRows) {
 
 TEST(Rows, OpenQuoteIsAMistake) {
     EXPECT_EQ(mistake("a\nb,\"c"), "2: the quote that opens a cell is never closed in this line");
+    EXPECT_EQ(mistake("a\rb,\"c\r"), "2: the quote that opens a cell is never closed in this line");
 }
 
 TEST(Rows, TextAfterAQuoteIsAMistake) {
