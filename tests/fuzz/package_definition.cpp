@@ -69,7 +69,8 @@ void requireUsable(const std::shared_ptr<const Catalogue>& catalogue) {
 
 void run(Input input) {
     const std::string_view text = input.text();
-    const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1;
+    const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n')) +
+                       static_cast<std::size_t>(std::ranges::count(text, '\r')) + 1;
     try {
         requireRows(text);
         requireUsable(readDefinition(text, "Fuzz"));
