@@ -1,4 +1,5 @@
 #include "src/workbook/memory_stream.h"
+#include "tests/refusing_stream.h"
 #include "tests/src/workbook/golden.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ ULARGE_INTEGER number(std::uint64_t value) {
 }
 
 // Hears one write, and answers it as told.
-class Listener final : public com::implements<com::COMObject, IStream> {
+class Listener final : public test::RefusingStream {
   public:
     HRESULT STDMETHODCALLTYPE Write(const void* source, ULONG count, ULONG* written) noexcept override {
         const auto* const bytes = static_cast<const char*>(source);
@@ -32,25 +33,6 @@ class Listener final : public com::implements<com::COMObject, IStream> {
         *written = claimed.value_or(count);
         return answer;
     }
-    HRESULT STDMETHODCALLTYPE Read(void*, ULONG, ULONG*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                     ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Commit(DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Revert() noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Clone(IStream**) noexcept override { return E_NOTIMPL; }
 
     std::string heard;
     int calls = 0;

@@ -2,7 +2,7 @@
 // was given, fail, and lie about the count.
 #pragma once
 
-#include "com/implements.h"
+#include "tests/refusing_stream.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace peng_robinson::test {
 
-class ByteStream final : public com::implements<com::COMObject, IStream> {
+class ByteStream final : public quorvane::test::RefusingStream {
   public:
     std::vector<std::uint8_t> bytes;
     std::size_t position = 0;
@@ -39,24 +39,6 @@ class ByteStream final : public com::implements<com::COMObject, IStream> {
         *count = static_cast<ULONG>(taken);
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                     ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Commit(DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Revert() noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Clone(IStream**) noexcept override { return E_NOTIMPL; }
 };
 
 } // namespace peng_robinson::test
