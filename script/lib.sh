@@ -1,8 +1,8 @@
 # Functions that the scripts share: source this file.
 # shellcheck shell=bash
 #
-# Everything made here lies below build/: the presets' folders, the private Wine prefix (build/wine), logs
-# (build/logs). Progress goes to standard error; a command's output is shown only when it fails.
+# Everything made here lies below build/ (what is to be given to users: dist/): the presets' folders, the private Wine
+# prefix (build/wine), logs (build/logs). Progress goes to standard error; a command's output is shown only when it fails.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 release_bin=$root/build/mingw-release/bin
@@ -76,6 +76,18 @@ enter_wine() {
     start_wine
 }
 
+# enter_new_wine FOLDER: from here to the end of the script Windows programs run in a new prefix, in which nothing was ever
+# registered.
+enter_new_wine() {
+    leave_wine
+    export WINEPREFIX=$1
+    trap leave_wine EXIT
+    trap 'exit 130' INT
+    trap 'exit 143' TERM
+    make_prefix
+    start_wine
+}
+
 start_wine() {
     start_wine_server
     # The first program starts the services, which keep its output open: whoever captured it would wait for them.
@@ -89,7 +101,7 @@ start_wine_server() { wineserver -p60 9>&-; }
 leave_wine() { wineserver -k 2>/dev/null || true; }
 
 make_prefix() {
-    say 'making the private Wine prefix build/wine'
+    say "making the private Wine prefix ${WINEPREFIX#"$root"/}"
     leave_wine
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
