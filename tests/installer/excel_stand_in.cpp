@@ -1,8 +1,10 @@
-// excel_stand_in SIGN [FILE]: what a setup program can see of a running Excel. It has a window of Excel's
-// class when there is a screen, and the name of the process is that of the copy that is run. With FILE it
+// excel_stand_in SIGN [window | FILE]: what a setup program can see of a running Excel. The name of the
+// process is that of the copy that is run; with "window" it also has a window of Excel's class. With FILE it
 // keeps that file open for itself alone, as a program keeps a DLL that it uses. It makes the file SIGN when
 // it is ready and ends when SIGN is gone, after two minutes at the latest.
 #include <windows.h>
+
+#include <string_view>
 
 namespace {
 
@@ -36,10 +38,12 @@ int wmain(int count, wchar_t** words) {
     if (count < 2) {
         return 2;
     }
-    if (count > 2 && open(words[2], OPEN_EXISTING) == INVALID_HANDLE_VALUE) {
+    const std::wstring_view what = count > 2 ? words[2] : L"";
+    if (what == L"window") {
+        showWindow();
+    } else if (!what.empty() && open(words[2], OPEN_EXISTING) == INVALID_HANDLE_VALUE) {
         return 1;
     }
-    showWindow();
     const HANDLE sign = open(words[1], CREATE_ALWAYS);
     if (sign == INVALID_HANDLE_VALUE) {
         return 1;
