@@ -11,6 +11,10 @@ bool Block::contains(Address cell) const {
            cell.column < endColumn();
 }
 
+bool Block::contains(const Block& other) const {
+    return contains(other.first) && other.endRow() <= endRow() && other.endColumn() <= endColumn();
+}
+
 bool Block::intersects(const Block& other) const {
     return first.row < other.endRow() && other.first.row < endRow() && first.column < other.endColumn() &&
            other.first.column < endColumn();

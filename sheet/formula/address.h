@@ -32,6 +32,7 @@ struct Block {
     std::size_t endColumn() const { return first.column + columns; }
     std::size_t cellCount() const { return rows * columns; }
     bool contains(Address cell) const;
+    bool contains(const Block& other) const;
     bool intersects(const Block& other) const;
 };
 

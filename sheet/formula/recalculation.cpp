@@ -1,6 +1,9 @@
 #include "sheet/formula/recalculation.h"
 
+#include "sheet/formula/block_index.h"
+
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 namespace sheet::formula {
@@ -18,6 +21,9 @@ class Recalculation {
           states_(sheet.formulas.size()) {
         for (std::size_t i = 0; i < references.size(); ++i) {
             states_[i].references = sheet_.formulas[i].formula.references();
+            for (const Block& block : states_[i].references) {
+                readers_.add(i, block);
+            }
             states_[i].waitsFor = references[i].size();
             for (const std::size_t other : references[i]) {
                 states_[other].dependents.push_back(i);
@@ -94,24 +100,34 @@ class Recalculation {
             }
         }
         const Block before = grid_.covered(index);
-        if (!grid_.place(index, result.values)) {
+        const bool changed = grid_.place(index, result.values);
+        if (grid_.blockage(index)) {
+            blocked_.insert(index);
+        } else {
+            blocked_.erase(index);
+        }
+        if (!changed) {
             return 0;
         }
         refuseSpillCircle(index);
         return markReaders(index, before);
     }
 
-    // Every formula that refers to a changed cell, and every blocked one where cells may have become free.
+    // Every formula that refers to a changed cell, and every blocked one where cells have become free.
     std::size_t markReaders(std::size_t index, const Block& before) {
         const Block& now = grid_.covered(index);
+        std::vector<std::size_t> found;
+        readers_.find(now, found);
+        if (before != now) {
+            readers_.find(before, found);
+        }
+        if (!now.contains(before)) {
+            const auto mayFit = [&](std::size_t i) { return grid_.blockage(i)->needed.intersects(before); };
+            std::ranges::copy_if(blocked_, std::back_inserter(found), mayFit);
+        }
         std::size_t marked = 0;
-        for (std::size_t i = 0; i < states_.size(); ++i) {
-            const bool reads = std::ranges::any_of(states_[i].references, [&](const Block& block) {
-                return block.intersects(before) || block.intersects(now);
-            });
-            const std::optional<Grid::Blockage>& blockage = grid_.blockage(i);
-            const bool mayFit = before != now && blockage && blockage->needed.intersects(before);
-            if (i != index && !states_[i].dirty && (reads || mayFit)) {
+        for (const std::size_t i : found) {
+            if (i != index && !states_[i].dirty) {
                 markDirty(i);
                 ++marked;
             }
@@ -196,6 +212,8 @@ class Recalculation {
     const Progress& progress_;
     Grid grid_;
     std::vector<State> states_;
+    BlockIndex readers_;              // the blocks that each formula refers to
+    std::set<std::size_t> blocked_;   // those whose result had no room
     std::set<std::size_t> ready_;     // dirty, and waiting for nothing
     std::set<std::size_t> postponed_; // likewise, but looking at empty cells that a spill may still fill
 };

@@ -221,6 +221,22 @@ TEST(Recalculation, ManyFormulasInAChainAreNoProblem) {
     EXPECT_EQ((Sheet{table}.recalculated().grid.at({0, 0})), Value{42.0});
 }
 
+TEST(Recalculation, AHundredThousandFormulasAreCalculatedOnceEach) {
+    // Each refers to its neighbour, to the row above, and to a range that all of them share.
+    constexpr std::size_t rows = 50'000;
+    CsvTable table{{"1", "1", "1"}};
+    for (std::size_t row = 2; row <= rows + 1; ++row) {
+        const std::string above = std::to_string(row - 1);
+        table.push_back(
+            {"=CapeOpenSum(B" + std::to_string(row) + ",$A$1:$C$1)", "=CapeOpenSum(B" + above + ",1)"});
+    }
+    Sheet sheet{table};
+    const Recalculated result = sheet.recalculated();
+    EXPECT_EQ(result.grid.at({rows, 1}), Value{1.0 + rows});
+    EXPECT_EQ(result.grid.at({rows, 0}), Value{4.0 + rows});
+    EXPECT_EQ(sheet.calls.size(), 2 * rows);
+}
+
 TEST(Recalculation, ProgressEndsWithAllFormulas) {
     std::vector<std::size_t> done;
     const Worksheet sheet = readWorksheet({{"=A3", "=A3"}, {}, {"1"}}, {});
