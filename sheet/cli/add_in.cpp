@@ -53,6 +53,35 @@ com::variant tableOf(const std::vector<std::string>& row) {
     return com::variant::array(std::move(array), VT_BSTR);
 }
 
+std::vector<std::string> textsIn(const com::variant& list) {
+    std::vector<std::string> texts;
+    if (list.vt == (VT_ARRAY | VT_BSTR)) {
+        const com::array_lock<BSTR> lock{list.parray};
+        for (const BSTR text : lock.elements()) {
+            texts.push_back(toUtf8(com::viewOf(text)));
+        }
+    }
+    return texts;
+}
+
+// A property that the add-in does not know counts as one value, which is not per mole.
+checking::ListedProperty describedProperty(IQuorvaneVSTOServices& services, const std::string& name) {
+    const com::unique_bstr property = com::makeBstr(toWide(name));
+    com::unique_bstr unitMole;
+    com::unique_bstr unitMass;
+    EnumPropertyType type{};
+    EnumDerivativeType derivative{};
+    LONG conversion = 0;
+    LONG rank = 0;
+    VARIANT_BOOL extensive = VARIANT_FALSE;
+    VARIANT_BOOL overall = VARIANT_FALSE;
+    const HRESULT code = services.GetPropInfo(property.get(), unitMole.put(), unitMass.put(), &type,
+                                              &derivative, &conversion, &rank, &extensive, &overall);
+    return SUCCEEDED(code)
+               ? checking::ListedProperty{name, static_cast<int>(rank), extensive != VARIANT_FALSE}
+               : checking::ListedProperty{name};
+}
+
 formula::CsvTable rowsOf(const com::variant& table) {
     if (table.vt != (VT_ARRAY | VT_BSTR) || SafeArrayGetDim(table.parray) != 2) {
         return {};
@@ -162,22 +191,53 @@ formula::CsvTable AddIn::savedPackages() {
 std::vector<std::string> AddIn::packageNames() {
     com::variant list;
     frontEnd_->services()->PackageNames(workbook_->dispatch(), &list);
-    std::vector<std::string> names;
-    if (list.vt == (VT_ARRAY | VT_BSTR)) {
-        const com::array_lock<BSTR> lock{list.parray};
-        for (const BSTR name : lock.elements()) {
-            names.push_back(toUtf8(com::viewOf(name)));
-        }
-    }
+    std::vector<std::string> names = textsIn(list);
     std::ranges::sort(names);
     return names;
 }
 
-std::string AddIn::describe(const std::string& name) {
+checking::Offer AddIn::offerOf(const std::string& name) {
+    IQuorvaneVSTOServices* const services = frontEnd_->services();
     const com::unique_bstr package = com::makeBstr(toWide(name));
+    using ListOf = HRESULT (STDMETHODCALLTYPE IQuorvaneVSTOServices::*)(IUnknown*, BSTR, VARIANT*);
+    const auto listed = [&](ListOf list) {
+        com::variant names;
+        forgetErrors();
+        const HRESULT code = (services->*list)(workbook_->dispatch(), package.get(), &names);
+        if (FAILED(code)) {
+            throw AddInError{"the package " + name + " does not tell what it has: " + reasonFor(code)};
+        }
+        return textsIn(names);
+    };
+    const auto described = [&](ListOf list) {
+        std::vector<checking::ListedProperty> properties;
+        for (const std::string& property : listed(list)) {
+            properties.push_back(describedProperty(*services, property));
+        }
+        return properties;
+    };
+    checking::Offer offer;
+    offer.singlePhase = described(&IQuorvaneVSTOServices::SinglePhasePropertyNames);
+    offer.twoPhase = described(&IQuorvaneVSTOServices::TwoPhasePropertyNames);
+    offer.temperatureDependent = described(&IQuorvaneVSTOServices::TemperatureDependentPropertyNames);
+    offer.constants = listed(&IQuorvaneVSTOServices::CompoundConstantNames);
+    offer.forPhase = [this, name](const std::string& property, const std::string& phase) {
+        const com::unique_bstr packageName = com::makeBstr(toWide(name));
+        const com::unique_bstr propertyName = com::makeBstr(toWide(property));
+        const com::unique_bstr phaseName = com::makeBstr(toWide(phase));
+        VARIANT_BOOL supported = VARIANT_TRUE;
+        const HRESULT code = frontEnd_->services()->CheckSinglePhaseProperty(
+            workbook_->dispatch(), packageName.get(), propertyName.get(), phaseName.get(), &supported);
+        return FAILED(code) || supported != VARIANT_FALSE;
+    };
+    return offer;
+}
+
+std::string AddIn::describe(const std::string& name) {
+    const com::unique_bstr packageName = com::makeBstr(toWide(name));
     com::unique_bstr description;
     forgetErrors();
-    const HRESULT code = frontEnd_->services()->GetPackageInfo(package.get(), description.put());
+    const HRESULT code = frontEnd_->services()->GetPackageInfo(packageName.get(), description.put());
     if (FAILED(code)) {
         throw AddInError{"the package " + name + " cannot be described: " + reasonFor(code)};
     }

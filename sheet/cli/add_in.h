@@ -1,6 +1,7 @@
 // AddIn: Quorvane, loaded and used as Excel does. Excel's part is played by the stand-ins of sheet/excel.
 #pragma once
 
+#include "sheet/checking/package.h"
 #include "sheet/cli/components.h"
 #include "sheet/cli/options.h"
 #include "sheet/excel/application.h"
@@ -41,6 +42,9 @@ class AddIn {
     std::vector<std::string> packageNames();
     /// The add-in's description of an attached package: lines that end with "\n". Throws AddInError.
     std::string describe(const std::string& name);
+
+    /// What an attached package says that it can calculate. It refers to this object.
+    checking::Offer offerOf(const std::string& name);
 
     bool hasFunction(const std::string& name);
     /// The formula's own cell or range is the caller. hasFunction() must be true.

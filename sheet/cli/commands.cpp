@@ -13,6 +13,7 @@ const char* kindOf(const Component& component) { return component.isPackage ? "p
 struct Runner {
     int operator()(const Recalc& command) const { return recalc(command); }
     int operator()(const Info& command) const { return info(command); }
+    int operator()(const Check& command) const { return check(command); }
     int operator()(List) const { return list(); }
     int operator()(Help) const {
         print(Stream::output, helpText);

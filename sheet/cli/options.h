@@ -1,6 +1,7 @@
 // The command line, read. Texts are UTF-8.
 #pragma once
 
+#include "sheet/checking/check.h"
 #include "sheet/formula/address.h"
 
 #include <optional>
@@ -33,16 +34,24 @@ struct Recalc {
     PackageOptions packages;
     std::vector<formula::Block> arrays;
     std::optional<std::string> out;
+    std::optional<std::string> svg;
+    std::vector<formula::Block> chartX; // one for all of chartY, or one for each, of as many cells
+    std::vector<formula::Block> chartY;
     std::optional<std::string> savePackages;
 };
 struct Info {
     PackageOptions packages;
 };
+struct Check {
+    std::string name; // of an attached package
+    PackageOptions packages;
+    checking::Choices choices;
+};
 struct List {};
 struct Help {};
 struct Version {};
 
-using Command = std::variant<Recalc, Info, List, Help, Version>;
+using Command = std::variant<Recalc, Info, Check, List, Help, Version>;
 
 class UsageError : public std::runtime_error {
   public:

@@ -11,7 +11,8 @@ constexpr std::chrono::milliseconds interval{200};
 
 } // namespace
 
-ProgressLine::ProgressLine() : terminal_{isTerminal(Stream::error)}, next_{Clock::now() + patience} {}
+ProgressLine::ProgressLine(const char* things)
+    : things_{things}, terminal_{isTerminal(Stream::error)}, next_{Clock::now() + patience} {}
 
 ProgressLine::~ProgressLine() {
     if (shown_) {
@@ -26,7 +27,7 @@ void ProgressLine::show(std::size_t done, std::size_t all) {
     next_ = Clock::now() + interval;
     shown_ = true;
     print(Stream::error,
-          "\rcalculating: " + std::to_string(done) + " of " + std::to_string(all) + " formulas ");
+          "\rcalculating: " + std::to_string(done) + " of " + std::to_string(all) + ' ' + things_ + ' ');
 }
 
 } // namespace sheet::cli

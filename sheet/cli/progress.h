@@ -8,7 +8,8 @@ namespace sheet::cli {
 
 class ProgressLine {
   public:
-    ProgressLine();
+    /// `things` are counted, such as "formulas".
+    explicit ProgressLine(const char* things);
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
     /// Wipes the line.
@@ -19,6 +20,7 @@ class ProgressLine {
   private:
     using Clock = std::chrono::steady_clock;
 
+    const char* const things_;
     const bool terminal_;
     bool shown_ = false;
     Clock::time_point next_;

@@ -1,3 +1,4 @@
+#include "sheet/chart/chart_of_cells.h"
 #include "sheet/cli/commands.h"
 #include "sheet/cli/csv_files.h"
 #include "sheet/cli/files.h"
@@ -7,6 +8,7 @@
 #include "sheet/formula/table.h"
 
 #include <algorithm>
+#include <span>
 
 namespace sheet::cli {
 
@@ -75,7 +77,7 @@ Outcome calculated(const Recalc& command, const formula::Worksheet& sheet, const
     AddIn addIn{command.file};
     checkFunctions(sheet, addIn);
     attachments.enter(addIn);
-    ProgressLine progress;
+    ProgressLine progress{"formulas"};
     Outcome outcome{formula::recalculate(
                         sheet, references,
                         [&](const formula::EnteredFormula& entered, const formula::Grid& grid) {
@@ -100,20 +102,41 @@ void printFailures(const std::vector<formula::Failure>& failures) {
 
 // What would be lost or confused by writing the named files; empty when nothing would.
 std::string problemWithFiles(const Recalc& command) {
-    if (command.out && isSameFile(command.file, *command.out)) {
-        return *command.out + ": --out would replace the worksheet's formulas by values; name another file";
-    }
-    if (command.savePackages && isSameFile(command.file, *command.savePackages)) {
-        return *command.savePackages +
-               ": --save-packages would replace the worksheet by its packages; name another file";
-    }
-    if (command.out && command.savePackages && isSameFile(*command.out, *command.savePackages)) {
-        return *command.out + ": --out and --save-packages name the same file; name two";
+    struct Written {
+        const char* option;
+        const std::optional<std::string>& file;
+        const char* instead; // of the worksheet's formulas
+    };
+    const Written written[] = {{"--out", command.out, "the worksheet's formulas by values"},
+                               {"--save-packages", command.savePackages, "the worksheet by its packages"},
+                               {"--svg", command.svg, "the worksheet by a chart"}};
+    for (const Written& one : written) {
+        if (one.file && isSameFile(command.file, *one.file)) {
+            return *one.file + ": " + one.option + " would replace " + one.instead + "; name another file";
+        }
+        for (const Written& other : std::span{&one + 1, std::end(written)}) {
+            if (one.file && other.file && isSameFile(*one.file, *other.file)) {
+                return *one.file + ": " + one.option + " and " + other.option +
+                       " name the same file; name two";
+            }
+        }
     }
     if (command.out && command.packages.file && isSameFile(*command.packages.file, *command.out)) {
         return *command.out + ": --out would replace the saved packages by values; name another file";
     }
+    if (command.svg && command.packages.file && isSameFile(*command.packages.file, *command.svg)) {
+        return *command.svg + ": --svg would replace the saved packages by a chart; name another file";
+    }
     return {};
+}
+
+void writeChart(const Recalc& command, const formula::Grid& grid) {
+    const chart::Chart chart = chart::chartOf(grid, command.chartX, command.chartY);
+    if (!chart::hasPoints(chart)) {
+        throw InputError{command.chartY.front().first,
+                         "there are no pairs of numbers in the ranges of --x and --y to be drawn"};
+    }
+    writeFile(*command.svg, chart::svgOf(chart));
 }
 
 } // namespace
@@ -131,6 +154,9 @@ int recalc(const Recalc& command) {
         refuseHugeTable(result.grid.rows(), result.grid.columns());
         if (command.out) {
             writeCsvFile(*command.out, valuesOf(result.grid));
+        }
+        if (command.svg) {
+            writeChart(command, result.grid);
         }
         if (command.savePackages) {
             writeCsvFile(*command.savePackages, outcome.packages);

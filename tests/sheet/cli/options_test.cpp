@@ -93,11 +93,59 @@ TEST(Options, WhatIsWrongIsNamed) {
         {{"recalc", "a", "--save-packages="},
          "--save-packages wants the name of a file; see quorvane-sheet --help"},
         {{"info", "a.csv"}, "info takes options only, but \"a.csv\" is given; see quorvane-sheet --help"},
+        {{"check"}, "check wants the name of a package; see quorvane-sheet --help"},
+        {{"check", "a", "b"}, "one package at a time: \"a\" and \"b\" are given; see quorvane-sheet --help"},
+        {{"check", "a", "--out", "b"}, "check does not have the option --out; see quorvane-sheet --help"},
+        {{"check", "a", "--temperature", "0"},
+         "--temperature wants a positive number, not \"0\"; see quorvane-sheet --help"},
+        {{"check", "a", "--pressure=1 bar"},
+         "--pressure wants a positive number, not \"1 bar\"; see quorvane-sheet --help"},
+        {{"check", "a", "--composition", "1,-1"},
+         "--composition wants amounts with commas between them, not \"1,-1\"; see quorvane-sheet --help"},
+        {{"check", "a", "--composition", "0,0"},
+         "--composition wants an amount of something, not \"0,0\"; see quorvane-sheet --help"},
+        {{"recalc", "a", "--x", "A1:A2"}, "--x and --y go with --svg; see quorvane-sheet --help"},
+        {{"recalc", "a", "--svg", "b", "--x", "A1:A2"},
+         "--svg wants --x RANGE and --y RANGE; see quorvane-sheet --help"},
+        {{"recalc", "a", "--svg", "b", "--x", "A1:B2"},
+         "--x wants a part of a row or column such as B9:B20, not \"A1:B2\"; see quorvane-sheet --help"},
+        {{"recalc", "a", "--svg", "b", "--x=A1:A2", "--y=B1:B3"},
+         "a chart wants as many cells in B1:B3 as in A1:A2; see quorvane-sheet --help"},
+        {{"recalc", "a", "--svg", "b", "--x=A1", "--x=A2", "--y=B1", "--y=B2", "--y=B3"},
+         "--x is given once, or as often as --y; see quorvane-sheet --help"},
         {{"info", "--out", "a.csv"}, "info does not have the option --out; see quorvane-sheet --help"},
     };
     for (const Case& one : cases) {
         EXPECT_EQ(problemOf(one.words), one.problem);
     }
+}
+
+TEST(Options, CheckTakesANameAndConditions) {
+    const Command command =
+        readCommandLine(Words{"check", "Gas", "--package", "Gas=P", "--temperature", "300",
+                              "--temperature=350.5", "--pressure", "1e5", "--composition", "1,0.5,0"});
+    const Check& check = std::get<Check>(command);
+    EXPECT_EQ(check.name, "Gas");
+    EXPECT_EQ(check.packages.named, (std::vector<PackageOption>{{"Gas", "P", std::nullopt}}));
+    EXPECT_EQ(check.choices.temperatures, (std::vector{300.0, 350.5}));
+    EXPECT_EQ(check.choices.pressures, (std::vector{1e5}));
+    EXPECT_EQ(check.choices.compositions, (std::vector<checking::Composition>{{1.0, 0.5, 0.0}}));
+}
+
+TEST(Options, CheckTakesAProgIdForTheName) {
+    const Command command = readCommandLine(Words{"check", "Some.Manager!heavy oil"});
+    const Check& check = std::get<Check>(command);
+    EXPECT_EQ(check.packages.named,
+              (std::vector<PackageOption>{{"Some.Manager!heavy oil", "Some.Manager", "heavy oil"}}));
+}
+
+TEST(Options, AChartHasOneXOrOneForEachY) {
+    const Recalc one =
+        recalcOf({"recalc", "a", "--svg", "b.svg", "--x", "A1:A2", "--y", "B1:B2", "--y=C1:D1"});
+    EXPECT_EQ(one.svg, "b.svg");
+    EXPECT_EQ(one.chartX.size(), 1U);
+    EXPECT_EQ(one.chartY.size(), 2U);
+    EXPECT_EQ(recalcOf({"recalc", "a", "--svg=b", "--x=A1", "--x=A2", "--y=B1", "--y=B2"}).chartX.size(), 2U);
 }
 
 TEST(Options, AnArrayMayFillAWholeColumn) {

@@ -1,0 +1,66 @@
+#include "sheet/chart/scale.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+namespace sheet::chart {
+
+namespace {
+
+constexpr double wantedSteps = 6.0;
+
+// 1, 2, 2.5 or 5 times a power of ten, at least `width`.
+double roundStep(double width) {
+    const double power = std::pow(10.0, std::floor(std::log10(width)));
+    for (const double digits : {1.0, 2.0, 2.5, 5.0}) {
+        if (width <= digits * power * (1.0 + 1e-9)) {
+            return digits * power;
+        }
+    }
+    return 10.0 * power;
+}
+
+// Labels of 100000 and more, or below 0.001, share a power of ten.
+int powerFor(double largest) {
+    if (largest == 0.0 || (largest >= 1e-3 && largest < 99'999.5)) {
+        return 0;
+    }
+    return 3 * static_cast<int>(std::floor(std::log10(largest) / 3.0));
+}
+
+std::string labelOf(double value, double step) {
+    // As many decimals as the step needs.
+    int decimals = 0;
+    for (double scaled = step; decimals < 9 && std::abs(scaled - std::round(scaled)) > 1e-6 * scaled;
+         scaled *= 10.0) {
+        ++decimals;
+    }
+    std::array<char, 64> text;
+    std::snprintf(text.data(), text.size(), "%.*f", decimals, value == 0.0 ? 0.0 : value);
+    return text.data();
+}
+
+} // namespace
+
+Scale scaleFor(double lowest, double highest) {
+    if (lowest == highest) { // a single value stands in the middle
+        const double around = lowest == 0.0 ? 1.0 : std::abs(lowest) * 0.1;
+        lowest -= around;
+        highest += around;
+    }
+    const double step = roundStep((highest - lowest) / wantedSteps);
+    const double from = std::floor(lowest / step + 1e-9);
+    const double to = std::ceil(highest / step - 1e-9);
+    Scale scale{from * step, to * step, {}, {}, 0};
+    scale.power = powerFor(std::max(std::abs(scale.first), std::abs(scale.last)));
+    const double unit = std::pow(10.0, scale.power);
+    for (double i = from; i <= to; i += 1.0) {
+        scale.ticks.push_back(i * step);
+        scale.labels.push_back(labelOf(i * step / unit, step / unit));
+    }
+    return scale;
+}
+
+} // namespace sheet::chart

@@ -1,0 +1,72 @@
+#include "sheet/checking/questions.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace sheet::checking {
+
+namespace {
+
+constexpr Question listedOfPhases{"listed properties of a phase", 0.0};
+constexpr Question listedOfTwoPhases{"listed properties of two phases", 0.0};
+constexpr Question listedByTemperature{"listed properties by temperature", 0.0};
+constexpr Question listedConstants{"listed constants", 0.0};
+
+std::string problemIn(const Answer& answer) {
+    if (answer.failed()) {
+        return answer.failure;
+    }
+    const bool numbers = std::ranges::all_of(answer.values, [](double v) { return std::isfinite(v); });
+    return numbers ? "" : "a value is no number";
+}
+
+} // namespace
+
+void askForListed(const Package& package, const Spot& spot, Report& report) {
+    const bool single = spot.place.phases.size() == 1;
+    const Question& question = single ? listedOfPhases : listedOfTwoPhases;
+    for (const ListedProperty& listed : single ? package.offer().singlePhase : package.offer().twoPhase) {
+        if (single && package.offer().forPhase &&
+            !package.offer().forPhase(listed.name, spot.place.phases[0])) {
+            report.notOffered(question, listed.name, "not for the phase " + spot.place.phases[0]);
+            continue;
+        }
+        const std::string problem = problemIn(package.property(listed.name, spot.place));
+        if (problem.empty()) {
+            report.answered(question, listed.name, spot.text);
+        } else {
+            report.fail(question, listed.name, spot.text, problem);
+        }
+    }
+}
+
+// A correlation may end before the highest temperature, and a compound may lack a constant: what counts is
+// that the package answers at some temperature.
+void askForListedOfCompounds(const Package& package, const std::vector<double>& temperatures,
+                             Report& report) {
+    for (const std::string& name : package.offer().constants) {
+        if (const Answer found = package.constant(name); found.failed()) {
+            report.fail(listedConstants, name, {}, found.failure);
+        } else {
+            report.answered(listedConstants, name, {});
+        }
+    }
+    for (const ListedProperty& listed : package.offer().temperatureDependent) {
+        std::optional<std::string> problem;
+        for (const double temperature : temperatures) {
+            const Answer found = package.temperatureDependent(listed.name, temperature);
+            if (!found.failed()) {
+                problem.reset();
+                report.answered(listedByTemperature, listed.name, {});
+                break;
+            }
+            problem = found.failure;
+        }
+        if (problem) {
+            report.fail(listedByTemperature, listed.name, {}, *problem);
+        }
+    }
+}
+
+} // namespace sheet::checking
