@@ -129,6 +129,31 @@ TEST_F(AddInTest, ACallThatCannotBeMadeSaysWhy) {
               "1 formula failed:\n  A1: #VALUE! (" + systemText(DISP_E_BADPARAMCOUNT) + ")\n");
 }
 
+TEST_F(AddInTest, AChartOfTheCalculatedCellsIsDrawn) {
+    const Outcome outcome = recalc("Squares\nx,y\n1,1\n2,4\n=A4,=B4\n",
+                                   {L"--svg", L"squares.svg", L"--x", L"A3:A5", L"--y", L"B3:B5"});
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(program_.read(L"squares.svg"), StartsWith("<svg xmlns="));
+    EXPECT_THAT(program_.read(L"squares.svg"), HasSubstr(">Squares</text>"));
+}
+
+TEST_F(AddInTest, AChartWithoutNumbersIsRefused) {
+    const Outcome outcome = recalc("x,y\na,b\n", {L"--svg", L"none.svg", L"--x", L"A2", L"--y", L"B2"});
+    EXPECT_EQ(outcome.errors,
+              "sheet.csv: row 2, column 2 (B2): there are no pairs of numbers in the ranges of "
+              "--x and --y to be drawn\n");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_FALSE(program_.exists(L"none.svg"));
+}
+
+TEST_F(AddInTest, AChartNeverReplacesTheWorksheet) {
+    const Outcome outcome = recalc("1,2\n", {L"--svg", L"SHEET.csv", L"--x", L"A1", L"--y", L"B1"});
+    EXPECT_EQ(outcome.errors, "quorvane-sheet: SHEET.csv: --svg would replace the worksheet by a chart; name "
+                              "another file\n");
+    EXPECT_EQ(outcome.exitCode, 2);
+}
+
 TEST_F(AddInTest, CalculatedValuesAreWrittenWithoutLoss) {
     const Outcome outcome =
         recalcWithPackage("0.30000000000000004,\"a,b\",\"=CapeOpenPhases(\"\"Gas\"\")\"\n\u00B0C,TRUE\n",
