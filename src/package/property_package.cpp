@@ -16,6 +16,15 @@ void requireCreated(HRESULT code, const wchar_t* context) {
     }
 }
 
+// A class that succeeds without an object counts as one that has not the interface.
+template <typename Interface>
+com::com_ptr<Interface> created(REFCLSID clsid, const wchar_t* context) {
+    com::com_ptr<Interface> object;
+    const HRESULT code = CoCreateInstance(clsid, nullptr, CLSCTX_ALL, __uuidof(Interface), object.putVoid());
+    requireCreated(SUCCEEDED(code) && !object ? E_NOINTERFACE : code, context);
+    return object;
+}
+
 com::com_ptr<IUnknown> packageOfManager(ICapeThermoPropertyPackageManager* manager,
                                         const std::wstring& packageName) {
     initializeObject(manager);
@@ -80,19 +89,13 @@ PropertyPackage::~PropertyPackage() {
 
 com::com_ptr<IUnknown> PropertyPackage::create() const {
     switch (managerType_) {
-    case StandAlonePackage11: {
-        com::com_ptr<IDispatch> package;
-        requireCreated(CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL, IID_IDispatch, package.putVoid()),
-                       L"Failed to create property package: ");
-        return package;
-    }
-    case PropertyPackageManager11: {
-        com::com_ptr<ICapeThermoPropertyPackageManager> manager;
-        requireCreated(CoCreateInstance(managerGUID_, nullptr, CLSCTX_ALL,
-                                        __uuidof(ICapeThermoPropertyPackageManager), manager.putVoid()),
-                       L"Failed to create property package manager: ");
-        return packageOfManager(manager.get(), packageName_);
-    }
+    case StandAlonePackage11:
+        return created<IDispatch>(managerGUID_, L"Failed to create property package: ");
+    case PropertyPackageManager11:
+        return packageOfManager(created<ICapeThermoPropertyPackageManager>(
+                                    managerGUID_, L"Failed to create property package manager: ")
+                                    .get(),
+                                packageName_);
     default:
         throw CWStrException{L"Unknown CAPE-OPEN package manager type"};
     }

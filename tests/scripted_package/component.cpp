@@ -15,6 +15,12 @@ void* Component::findInterface(REFIID iid) noexcept {
     return implements::findInterface(iid == IID_IDispatch ? __uuidof(ICapeIdentification) : iid);
 }
 
+HRESULT Component::queryInterface(REFIID iid, void** out) noexcept {
+    const QueryAnswer* const answer = script_->queryAnswerOf(iid);
+    const auto query = [&] { return implements::queryInterface(iid, out); };
+    return answer == nullptr || out == nullptr ? query() : answer->end(out, query);
+}
+
 VARIANT Component::argument(BSTR text) noexcept {
     VARIANT value{};
     value.vt = VT_BSTR;
@@ -97,6 +103,8 @@ HRESULT Component::respond(const char* method, std::initializer_list<VARIANT> in
     } catch (const Refusal& refusal) {
         lastError_ = {refusal.code, refusal.description, {}};
         return refusal.code;
+    } catch (const Failure& failure) {
+        return refuse(failure.code, failure.description, failure.name);
     } catch (const std::exception& failure) {
         lastError_ = {E_UNEXPECTED, wide(failure.what()), {}};
         return E_UNEXPECTED;

@@ -27,6 +27,7 @@ class Component : public com::implements<com::COMObject, com::RefusedDual<ICapeI
     ~Component() override;
 
     void* findInterface(REFIID iid) noexcept override;
+    HRESULT queryInterface(REFIID iid, void** out) noexcept override;
 
     // ICapeIdentification
     HRESULT STDMETHODCALLTYPE get_ComponentName(BSTR* name) noexcept override;

@@ -79,6 +79,25 @@ void Out::give(com::variant value) const {
     }
 }
 
+const VARIANT& Out::value() const {
+    require(value_ != nullptr);
+    return *value_;
+}
+
+void Out::replace(com::variant value) const {
+    require(value_ != nullptr);
+    com::assign(value_, std::move(value));
+}
+
+HRESULT QueryAnswer::end(void** out, const std::function<HRESULT()>& query) const {
+    static std::uintptr_t rubbish[4] = {};
+    if (pointer == Pointer::Interface) {
+        return SUCCEEDED(query()) ? code : E_NOINTERFACE;
+    }
+    *out = pointer == Pointer::Rubbish ? static_cast<void*>(rubbish) : nullptr;
+    return code;
+}
+
 std::string Record::text() const {
     std::string text = method + "(";
     for (const com::variant& argument : arguments) {
@@ -98,7 +117,40 @@ void Script::fails(std::string method, HRESULT code, std::wstring description, s
     failures_[std::move(method)] = {code, std::move(description), std::move(name)};
 }
 
+void Script::failsAt(std::size_t number, std::string method, HRESULT code, std::wstring description,
+                     std::wstring name) {
+    hook(std::move(method),
+         [number, calls = std::make_shared<std::size_t>(0),
+          failure = Failure{code, std::move(description), std::move(name)}](Call& call) -> HRESULT {
+             if (++*calls != number) {
+                 return call.healthy();
+             }
+             throw failure;
+         });
+}
+
+void Script::ends(std::string method, HRESULT code) {
+    hook(std::move(method), [code](Call& call) {
+        static_cast<void>(call.healthy());
+        return code;
+    });
+}
+
 void Script::omits(REFIID iid) { omitted_.insert(guidText(iid)); }
+
+void Script::answersQuery(REFIID iid, QueryAnswer answer) {
+    queryAnswers_.insert_or_assign(guidText(iid), answer);
+}
+
+void Script::recovers(REFIID iid) {
+    omitted_.erase(guidText(iid));
+    queryAnswers_.erase(guidText(iid));
+}
+
+const QueryAnswer* Script::queryAnswerOf(REFIID iid) const {
+    const auto found = queryAnswers_.find(guidText(iid));
+    return found == queryAnswers_.end() ? nullptr : &found->second;
+}
 
 void Script::recovers(const std::string& method) {
     hooks_.erase(method);

@@ -48,6 +48,11 @@ class Out {
     bool isNull() const noexcept;
     /// Throws std::logic_error when `value` does not fit.
     void give(com::variant value) const;
+    /// What a VARIANT output holds, after the healthy answer for instance; throws for an output of another
+    /// type.
+    const VARIANT& value() const;
+    /// Puts something else where a healthy answer already is.
+    void replace(com::variant value) const;
 
   private:
     VARIANT* value_ = nullptr;
@@ -83,6 +88,17 @@ struct Failure {
     std::wstring name;        ///< what ECapeRoot then says
 };
 
+/// How a query for an interface ends.
+struct QueryAnswer {
+    enum class Pointer { None, Rubbish, Interface };
+
+    HRESULT code;
+    Pointer pointer;
+
+    /// Ends `query`, which is the honest answer.
+    HRESULT end(void** out, const std::function<HRESULT()>& query) const;
+};
+
 class Script {
   public:
     using Hook = std::function<HRESULT(Call&)>;
@@ -111,8 +127,17 @@ class Script {
     /// Takes back what was said about a method.
     void recovers(const std::string& method);
 
+    /// Of the calls of a method from now on the one of this number, counted from 1, fails.
+    void failsAt(std::size_t number, std::string method, HRESULT code, std::wstring description = {},
+                 std::wstring name = {});
+    /// The method does its work and answers this all the same.
+    void ends(std::string method, HRESULT code);
+
     /// The component answers E_NOINTERFACE when asked for this interface.
     void omits(REFIID iid);
+    void answersQuery(REFIID iid, QueryAnswer answer);
+    /// Takes back what was said about an interface.
+    void recovers(REFIID iid);
 
     const std::vector<Record>& records() const noexcept { return records_; }
     /// The calls heard, of one method or of all, as texts.
@@ -128,6 +153,7 @@ class Script {
     // The component's side.
 
     bool hides(REFIID iid);
+    const QueryAnswer* queryAnswerOf(REFIID iid) const;
     void heard(const char* method, std::span<const VARIANT> in);
     const Hook* hookOf(const char* method) const;
     const Failure* failureOf(const char* method) const;
@@ -138,6 +164,7 @@ class Script {
     std::map<std::string, Failure, std::less<>> failures_;
     std::map<std::string, std::vector<com::variant>, std::less<>> answers_;
     std::set<std::wstring> omitted_;
+    std::map<std::wstring, QueryAnswer> queryAnswers_;
     std::vector<Record> records_;
     std::vector<IID> queries_;
     std::wstring log_;

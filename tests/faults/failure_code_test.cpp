@@ -1,0 +1,84 @@
+// Every foreign call fails with every code: the user sees the message that the table of calls has for it, and
+// what failed once works the next time.
+#include "tests/faults/inject.h"
+
+namespace faults {
+
+namespace {
+
+struct Case {
+    const Call* call;
+    const Code* code;
+    Manner manner;
+};
+
+std::string nameOf(const Case& tested) {
+    static constexpr const char* manners[] = {"", "_Spoken", "_Unnamed", "_Rubbish", "_Nothing"};
+    return tested.call->name + "_" + (tested.manner == Manner::nothing ? "S_OK" : tested.code->name) +
+           manners[static_cast<std::size_t>(tested.manner)];
+}
+
+void PrintTo(const Case& tested, std::ostream* out) { *out << nameOf(tested); }
+
+std::vector<Case> allCases() {
+    std::vector<Case> cases;
+    for (const Call& call : calls()) {
+        for (const Code& code : codes()) {
+            cases.push_back({&call, &code, Manner::silent});
+            if (call.tellsReason() && code.words != nullptr) {
+                cases.push_back({&call, &code, Manner::spoken});
+            }
+            if (call.isProperty()) {
+                cases.push_back({&call, &code, Manner::unnamed});
+            }
+            if ((call.isQuery() || call.isCreation()) && FAILED(code.value)) {
+                cases.push_back({&call, &code, Manner::rubbish});
+            }
+        }
+        if (call.isQuery() || call.isCreation()) {
+            cases.push_back({&call, &codeNamed("S_FALSE"), Manner::nothing});
+        }
+    }
+    return cases;
+}
+
+class FailureCode : public Stage, public ::testing::WithParamInterface<Case> {
+  protected:
+    static std::string outcome() {
+        const auto& [call, code, manner] = GetParam();
+        if (manner == Manner::nothing) {
+            return call->failure;
+        }
+        if (manner == Manner::unnamed && FAILED(code->value)) {
+            const std::string unnamed = call->outcome("unnamed");
+            return unnamed.empty() ? call->failure : unnamed;
+        }
+        return call->outcome(code->name);
+    }
+    static std::string reason() {
+        const auto& [call, code, manner] = GetParam();
+        return manner == Manner::spoken ? spokenWords
+               : code->words != nullptr ? code->words
+                                        : systemText(code->value);
+    }
+};
+
+TEST_P(FailureCode, IsTold) {
+    const auto& [call, code, manner] = GetParam();
+    const std::string& way = call->way;
+    healthy(way);
+    const HRESULT value = manner == Manner::nothing ? S_OK : code->value;
+    const std::string result = go(way, [&] { inject(*this, *call, value, manner); });
+    // A success without an object is the lack of the interface.
+    const HRESULT told = manner == Manner::nothing ? E_NOINTERFACE : value;
+    EXPECT_EQ(result, expected(outcome(), way, told, reason()));
+    takeBack(*this, *call);
+    expectHealthyAgain(way, result);
+}
+
+INSTANTIATE_TEST_SUITE_P(FaultMatrix, FailureCode, ::testing::ValuesIn(allCases()),
+                         [](const auto& tested) { return nameOf(tested.param); });
+
+} // namespace
+
+} // namespace faults
