@@ -8,6 +8,13 @@
 
 namespace quorvane {
 
+namespace {
+
+// Of an array that is in use, or that has a size and no elements, as careless components make it.
+constexpr const wchar_t* unreadable = L"failed to access array data";
+
+} // namespace
+
 ArrayVariant::ArrayVariant(ArrayVariant&& other) noexcept : ArrayVariant{} { *this = std::move(other); }
 
 ArrayVariant& ArrayVariant::operator=(ArrayVariant&& other) noexcept {
@@ -73,12 +80,12 @@ void* ArrayVariant::lockedData() {
     }
     if (!locked) {
         if (FAILED(SafeArrayLock(value.parray))) {
-            throw CWStrException{L"failed to access array data"};
+            throw CWStrException{unreadable};
         }
         locked = true;
     }
     if (value.parray->pvData == nullptr) {
-        throw CWStrException{L"failed to access array data"};
+        throw CWStrException{unreadable};
     }
     return value.parray->pvData;
 }
@@ -193,8 +200,13 @@ bool inspectVector(ArrayVariant& holder, VARTYPE vt, std::wstring& message) {
         message = L"failed to get upper bound";
         return false;
     }
+    const auto count = static_cast<std::int32_t>(std::int64_t{upper} - lower + 1);
+    if (count != 0 && array->pvData == nullptr) {
+        message = unreadable;
+        return false;
+    }
     holder.lowerBound = lower;
-    holder.count = static_cast<std::int32_t>(std::int64_t{upper} - lower + 1);
+    holder.count = count;
     return true;
 }
 

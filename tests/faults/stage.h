@@ -24,8 +24,10 @@ class Stage : public tests::Worksheet {
     std::string healthy(const std::string& way);
     /// Prepares and goes; `fault` comes in between.
     std::string go(const std::string& way, const std::function<void()>& fault);
-    /// After `fault` was taken back: the same objects work again where they failed, and new ones do.
-    void expectHealthyAgain(const std::string& way, const std::string& seen);
+    /// After the fault was taken back: the same objects work again where they failed, and new ones do. What a
+    /// package hands over is remembered where it could be used.
+    enum class Memory { none, ofResults };
+    void expectHealthyAgain(const std::string& way, const std::string& seen, Memory memory = Memory::none);
     /// The user sees what the outcome of the table says, for a failure with this code and these words of the
     /// package.
     std::string expected(const std::string& outcome, const std::string& way, HRESULT code,

@@ -130,6 +130,14 @@ TEST(InspectVector, RefusesElementsOfTheWrongSize) {
     EXPECT_EQ(complaint(value, VT_R8), L"Expected an array of type double precision");
 }
 
+TEST(InspectVector, RefusesAnArrayWhoseElementsAreNotThere) {
+    SAFEARRAY* descriptor = nullptr;
+    ASSERT_EQ(SafeArrayAllocDescriptorEx(VT_R8, 1, &descriptor), S_OK);
+    descriptor->rgsabound[0] = {2, 0};
+    const com::variant value = com::variant::array(com::unique_safearray{descriptor}, VT_R8);
+    EXPECT_EQ(complaint(value, VT_R8), L"failed to access array data");
+}
+
 TEST(RequireVector, PutsItsContextBeforeTheComplaint) {
     ArrayVariant holder = ArrayVariant::adopt(com::variant{1.0});
     EXPECT_EQ(composedMessageOf([&] { requireVector(holder, VT_BSTR, L"Invalid phase list: "); }),

@@ -84,7 +84,7 @@ TEST(ToColumn, AListWithoutDataIsRefused) {
     value.parray = descriptor;
     {
         ArrayVariant holder = ArrayVariant::borrow(value);
-        EXPECT_EQ(refusalOf(holder), L"failed to access array data");
+        EXPECT_EQ(refusalOf(holder), L"Invalid values from Property Package: failed to access array data");
     }
     SafeArrayDestroyDescriptor(descriptor);
 }
