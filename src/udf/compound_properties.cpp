@@ -1,6 +1,7 @@
 #include "src/udf/compound_properties.h"
 
 #include "src/foundation/missing.h"
+#include "src/foundation/range_value.h"
 #include "src/udf/arguments.h"
 #include "src/udf/layout.h"
 
@@ -75,6 +76,18 @@ void convertConstants(ArrayVariant& values, const PropertyPackage& package, cons
     values.unlock();
 }
 
+// A careless package refers to its own memory, into which Excel would look long after the call.
+void resolveReferences(ArrayVariant& values) {
+    for (VARIANT& element : values.elements<VARIANT>()) {
+        if ((element.vt & VT_BYREF) != 0) {
+            const VARIANT target = withoutReference(element);
+            const bool isFollowed = (target.vt & VT_BYREF) == 0;
+            element = (isFollowed ? com::variant::copyOf(target) : com::variant{}).release();
+        }
+    }
+    values.unlock();
+}
+
 } // namespace
 
 void compoundConstant(Session& session, const CompoundPropertyArguments& arguments, VARIANT& result) {
@@ -90,6 +103,8 @@ void compoundConstant(Session& session, const CompoundPropertyArguments& argumen
     requireCount(values, *package, compound, context);
     if (converts) {
         convertConstants(values, *package, *info);
+    } else {
+        resolveReferences(values);
     }
     if (readOrientation(arguments.orientation, false) == Orientation_Vertical) {
         toColumn(values);

@@ -11,6 +11,8 @@ std::string replaced(std::string text, const std::string& part, const std::strin
     return text;
 }
 
+} // namespace
+
 std::string joinedList(const std::vector<std::string>& parts) {
     std::string text;
     for (const std::string& part : parts) {
@@ -18,8 +20,6 @@ std::string joinedList(const std::vector<std::string>& parts) {
     }
     return text;
 }
-
-} // namespace
 
 VARTYPE elementType(const ArrayRow& row) {
     return row.element == "text" ? VT_BSTR : row.element == "number" ? VT_R8 : VT_VARIANT;

@@ -6,6 +6,9 @@
 
 namespace faults {
 
+/// Cells of a row.
+std::string joinedList(const std::vector<std::string>& parts);
+
 VARTYPE elementType(const ArrayRow& row);
 
 /// The outcome of the table for this effect. References are no arrays to the reader of an output, but are

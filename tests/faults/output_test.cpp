@@ -36,11 +36,7 @@ using Replace = std::function<com::variant(const VARIANT& honest)>;
 std::string withoutLast(const std::string& list, const std::string& last) {
     std::vector<std::string> parts = split(list, " | ");
     std::erase(parts, last);
-    std::string text;
-    for (const std::string& part : parts) {
-        text += (text.empty() ? "" : " | ") + part;
-    }
-    return text;
+    return joinedList(parts);
 }
 
 class Output : public Stage {

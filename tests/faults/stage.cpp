@@ -169,7 +169,8 @@ std::string Stage::go(const std::string& name, const std::function<void()>& faul
 
 void Stage::expectHealthyAgain(const std::string& name, const std::string& result, Memory memory) {
     const Way& way = wayNamed(name);
-    const bool remembered = memory == Memory::ofResults && !result.starts_with("! ");
+    const bool remembered =
+        memory == Memory::ofEverything || (memory == Memory::ofResults && !result.starts_with("! "));
     if (way.again && !remembered && result != healthy(name)) {
         EXPECT_EQ(way.again(*this), healthy(name)) << "the same objects once more";
     }

@@ -26,7 +26,7 @@ class Stage : public tests::Worksheet {
     std::string go(const std::string& way, const std::function<void()>& fault);
     /// After the fault was taken back: the same objects work again where they failed, and new ones do. What a
     /// package hands over is remembered where it could be used.
-    enum class Memory { none, ofResults };
+    enum class Memory { none, ofResults, ofEverything };
     void expectHealthyAgain(const std::string& way, const std::string& seen, Memory memory = Memory::none);
     /// The user sees what the outcome of the table says, for a failure with this code and these words of the
     /// package.
