@@ -10,6 +10,7 @@ What the pages may use besides Markdown:
     ```example                        a formula, then the cells that it fills: "|" between columns, "..." for more
     {{messages NAME}}                 the messages of a worksheet function or group, from messages.tsv
     {{properties KIND}}               a table of the property catalogue
+    {{version}}                       the product's version
     {{packages}}                      the built-in packages of the Peng-Robinson manager
     {{document NAME}}                 docs/NAME.md without its title; what it links to beside the help stays as text
 """
@@ -99,6 +100,10 @@ def property_table(kind):
     return "<table><tr>" + "".join(f"<th>{head}</th>" for head in heads) + "</tr>\n" + "".join(lines) + "</table>"
 
 
+def version():
+    return re.search(r"^project\(Quorvane VERSION ([0-9.]+)", (source / "CMakeLists.txt").read_text(), re.M).group(1)
+
+
 def built_in_packages():
     text = (source / "packages/peng_robinson/catalogue/named_packages.cpp").read_text(encoding="utf-8")
     rows = re.findall(r'NamedPackage\{"([^"]+)",\s*"([^"]+)"', text)
@@ -136,7 +141,7 @@ class Page:
         self.examples = [found.strip("\n").split("\n") for found in example.findall(text)]
         text = example.sub(example_block, text)
         text = re.sub(r"\{\{messages (\w+)\}\}", lambda m: message_table(m.group(1)), text)
-        text = text.replace("{{packages}}", built_in_packages())
+        text = text.replace("{{packages}}", built_in_packages()).replace("{{version}}", version())
         text = re.sub(r"\{\{properties (\w+)\}\}", lambda m: property_table(m.group(1)), text)
         self.body = markdown.markdown(text, extensions=["tables", "toc", "fenced_code"])
 

@@ -76,3 +76,21 @@ flash_is_calculated() {
         return 1
     }
 }
+
+# with_stand_in NAME WHAT COMMAND...: while a program of that name runs, which has a window like Excel's ("window"), or a file
+# open for itself (its name), or neither ("").
+with_stand_in() {
+    local sign=$work/running status=0 program
+    cp "$release_bin/excel_stand_in.exe" "$work/$1"
+    windows "$work/$1" "$(windows_path "$sign")" ${2:+"$2"} >/dev/null &
+    program=$!
+    for _ in $(seq 600); do
+        [ ! -e "$sign" ] || break
+        sleep 0.1
+    done
+    [ -e "$sign" ] || echo "$1 does not start"
+    "${@:3}" || status=$?
+    rm -f "$sign"
+    wait "$program"
+    return "$status"
+}
