@@ -19,6 +19,7 @@ function(quorvane_shipped target script)
                              INCLUDE_DIRECTORIES ${PROJECT_BINARY_DIR}/version_info)
     target_sources(${target} PRIVATE ${script})
     if(MINGW)
-        target_link_options(${target} PRIVATE -Wl,-Map,${QUORVANE_LINK_MAPS}/${target}.map)
+        # Without the time of linking, the same sources give the same binaries.
+        target_link_options(${target} PRIVATE -Wl,-Map,${QUORVANE_LINK_MAPS}/${target}.map -Wl,--no-insert-timestamp)
     endif()
 endfunction()
