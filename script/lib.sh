@@ -123,6 +123,25 @@ register() {
     done
 }
 
+# The packages that the worksheets in examples/ use.
+manager=Tarnwick.PengRobinsonManager.1
+example_packages=(--package Gas=Tarnwick.PengRobinson.1 --package "Natural gas=$manager!Natural gas"
+    --package "Air=$manager!Air separation" --package "Aromatics=$manager!Benzene and toluene")
+
+# recalculate NAME [OPTION...]: the worksheet examples/NAME.csv with its packages.
+recalculate() {
+    windows "$release_bin/quorvane-sheet.exe" recalc "$(windows_path "$root/examples/$1.csv")" "${example_packages[@]}" \
+        "${@:2}"
+}
+
+# pictures FOLDER: draws the pictures of the documentation from the examples. They do not depend on the machine.
+pictures() {
+    draw_example "$1" txy --x A9:A19 --y C9:C19 --y H9:H19
+    draw_example "$1" pxy --x A9:A19 --y C9:C19 --y H9:H19
+    draw_example "$1" phase_envelope --x A9:A23 --y B9:B23 --x C9:C22 --y D9:D22 --x E9:E25 --y F9:F25
+}
+draw_example() { recalculate "$2" --svg "$(windows_path "$1/$2.svg")" "${@:3}" >/dev/null; }
+
 # with_screen COMMAND...: runs the command with a screen that nobody sees, where Windows programs can show windows. All
 # windows live where the first program found a screen, so Wine is started anew before and after.
 with_screen() (
