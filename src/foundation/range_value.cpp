@@ -59,7 +59,9 @@ VARIANT withoutReference(const VARIANT& value) noexcept {
 ArrayVariant resolveRangeValue(const VARIANT& value) {
     if (const com::com_ptr<IDispatch> range = asRange(value)) {
         try {
-            return ArrayVariant::adopt(readRangeValue(range.get()));
+            com::variant contents = readRangeValue(range.get());
+            return (contents.vt & VT_BYREF) != 0 ? ArrayVariant::borrow(withoutReference(contents))
+                                                 : ArrayVariant::adopt(std::move(contents));
         } catch (const WException&) {
             // An unreadable range is judged by the reader that asked for it, as the object that it is.
         }

@@ -10,7 +10,7 @@ namespace faults {
 
 namespace {
 
-constexpr HRESULT cape(unsigned code) { return static_cast<HRESULT>(0x80040500U + code); }
+constexpr HRESULT cape(LONG code) { return static_cast<HRESULT>(0x80040500U) + code; }
 
 constexpr Code all[] = {
     {"ECapeUnknown", cape(0x01), "Failed to get error name for ECapeUnknown"},

@@ -57,7 +57,9 @@ HRESULT STDMETHODCALLTYPE FaultyObject::Invoke(DISPID member, REFIID iid, LCID l
         return *fault;
     }
     HRESULT code = S_OK;
-    if (const Maker* const maker = at(answers_, name)) {
+    if (const Maker* const other = at(instead_, name)) {
+        *result = (*other)().release();
+    } else if (const Maker* const maker = at(answers_, name)) {
         *result = (*maker)().release();
     } else {
         code = inner_->Invoke(member, iid, locale, flags, parameters, result, exception, argument);

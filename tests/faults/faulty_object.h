@@ -43,6 +43,8 @@ class FaultyObject final : public com::implements<com::COMObject, IDispatch, IEr
         answers(member,
                 [kept = com::com_ptr<IDispatch>::share(object)] { return com::variant::object(kept.get()); });
     }
+    /// Until it reads again, instead of its answer.
+    void instead(const std::wstring& member, Maker maker) { instead_[member] = std::move(maker); }
     /// Asked for the words of its last failure it answers this; a null text is none.
     void describes(HRESULT code, const wchar_t* words) {
         describes_ = true;
@@ -55,6 +57,7 @@ class FaultyObject final : public com::implements<com::COMObject, IDispatch, IEr
     void readsAgain() {
         unfound_.clear();
         unread_.clear();
+        instead_.clear();
     }
     /// Takes back everything.
     void letGo();
@@ -83,6 +86,7 @@ class FaultyObject final : public com::implements<com::COMObject, IDispatch, IEr
     std::map<std::wstring, HRESULT> unfound_;
     std::map<std::wstring, HRESULT> unread_;
     std::map<std::wstring, Maker> answers_;
+    std::map<std::wstring, Maker> instead_;
     std::map<DISPID, std::wstring> names_;
     bool describes_ = false;
     HRESULT descriptionCode_ = S_OK;

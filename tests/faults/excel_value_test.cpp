@@ -1,0 +1,248 @@
+// What Excel's objects answer is of another kind than it should be: the user sees what the argument's reader
+// says to it, or the result as if nothing had been asked.
+#include "tests/faults/expect.h"
+
+#include "com/safe_array.h"
+
+namespace faults {
+
+namespace {
+
+// One answer of each kind.
+struct Answer {
+    const char* name;
+    com::variant (*make)();
+};
+
+com::variant ofType(VARTYPE vt) {
+    VARIANT value{};
+    value.vt = vt;
+    return com::variant::attach(value);
+}
+
+com::variant reference(VARTYPE vt) { return ofType(static_cast<VARTYPE>(vt | VT_BYREF)); }
+
+com::variant emptyTable() {
+    com::unique_safearray array = com::makeMatrix(VT_VARIANT, 0, 3);
+    return com::variant::array(std::move(array), VT_VARIANT);
+}
+
+com::variant block(std::size_t rows, std::size_t columns) {
+    com::unique_safearray array = com::makeMatrix(VT_VARIANT, rows, columns);
+    return com::variant::array(std::move(array), VT_VARIANT);
+}
+
+const Answer answers[] = {
+    {"Empty", [] { return com::variant{}; }},
+    {"Null", [] { return ofType(VT_NULL); }},
+    {"NullText", [] { return ofType(VT_BSTR); }},
+    {"EmptyText", [] { return com::variant{L""}; }},
+    {"Text", [] { return com::variant{L"abc"}; }},
+    {"Whole", [] { return com::variant{1L}; }},
+    {"Long", [] { return com::variant{std::wstring_view{std::wstring(10000, L'x')}}; }},
+    {"Surrogate", [] { return com::variant{L"\xD800"}; }},
+    {"Error", [] { return ofType(VT_ERROR); }},
+    {"Decimal", [] { return ofType(VT_DECIMAL); }},
+    {"Record", [] { return ofType(VT_RECORD); }},
+    {"Illegal", [] { return ofType(VT_ILLEGALMASKED); }},
+    {"NoObject", [] { return com::variant::object(nullptr); }},
+    {"NoUnknown", [] { return ofType(VT_UNKNOWN); }},
+    {"OtherObject",
+     [] { return com::variant::object(com::make<sheet::excel::Workbook>(L"Other")->dispatch()); }},
+    {"NoArray", [] { return ofType(VT_ARRAY | VT_VARIANT); }},
+    {"NoNumbers", [] { return ofType(VT_ARRAY | VT_R8); }},
+    {"Texts",
+     [] {
+         return scripted::texts({L"1", L"2"});
+     }},
+    {"NothingInTwoDimensions", emptyTable},
+    {"Block", [] { return block(2, 2); }},
+    {"ReferenceToNoNumber", [] { return reference(VT_R8); }},
+    {"ReferenceToNoObject", [] { return reference(VT_DISPATCH); }},
+    {"ReferenceToNoArray", [] { return reference(VT_ARRAY | VT_VARIANT); }},
+    {"ReferenceToNoValue", [] { return reference(VT_VARIANT); }},
+};
+
+struct Reading {
+    const char* call; ///< of calls.tsv
+    /// What is seen with the answer of this name; "-" as without fault.
+    const char* (*seen)(std::string_view answer);
+};
+
+const char* workbook(std::string_view answer) {
+    // Any object can be a workbook, though not one with packages.
+    return answer == "OtherObject" ? "! Invalid package name" : "! No current workbook";
+}
+
+const char* callersLayout(std::string_view) { return "A1 | B2 | C3"; }
+
+// A compound: by name, by number, or all.
+const char* compound(std::string_view answer) {
+    if (answer == "Empty" || answer == "ReferenceToNoNumber" || answer == "ReferenceToNoObject" ||
+        answer == "ReferenceToNoArray" || answer == "ReferenceToNoValue") {
+        return "A1 | B2 | C3";
+    }
+    if (answer == "NullText") {
+        return "! Empty string is invalid for compound name";
+    }
+    if (answer.ends_with("Text") || answer == "Long" || answer == "Surrogate") {
+        return "! Invalid compound name";
+    }
+    if (answer == "Whole") {
+        return "A1";
+    }
+    if (answer == "Decimal") {
+        return "A1 | B2 | C3"; // of zero
+    }
+    return "! Invalid value for compound - expected compound name or 1-based compound index (\"All\" or 0 "
+           "for all "
+           "compounds)";
+}
+
+const char* composition(std::string_view answer) {
+    if (answer == "Block") {
+        return "! unexpected dimension; array expected";
+    }
+    const bool isNothing = answer == "Empty" || answer == "NoArray" || answer == "NoNumbers" ||
+                           answer == "NothingInTwoDimensions" || answer.starts_with("ReferenceToNo");
+    return isNothing ? "! Unexpected number of values for composition" : "! not a real array";
+}
+
+const char* handOver(std::string_view) { return "not handed over"; }
+
+const Reading readings[] = {
+    {"ActiveWorkbook", workbook},       {"Caller", callersLayout},
+    {"CallersRows", callersLayout},     {"CallersColumns", callersLayout},
+    {"CallersRowCount", callersLayout}, {"ValueOfACell", compound},
+    {"ValueOfCells", composition},      {"AddIns", handOver},
+    {"AddInsItem", handOver},           {"AddInsObject", handOver},
+};
+
+struct Case {
+    const Reading* reading;
+    const Answer* answer;
+};
+
+std::string nameOf(const Case& tested) {
+    return std::string{tested.reading->call} + "_" + tested.answer->name;
+}
+
+void PrintTo(const Case& tested, std::ostream* out) { *out << nameOf(tested); }
+
+std::vector<Case> allCases() {
+    std::vector<Case> cases;
+    for (const Reading& reading : readings) {
+        for (const Answer& answer : answers) {
+            cases.push_back({&reading, &answer});
+        }
+    }
+    return cases;
+}
+
+class ExcelsAnswer : public Stage, public ::testing::WithParamInterface<Case> {};
+
+TEST_P(ExcelsAnswer, IsJudged) {
+    const auto& [reading, answer] = GetParam();
+    const Call& call = callNamed(reading->call);
+    healthy(call.way);
+    const com::com_ptr<FaultyObject> object = objectNamed(call.object);
+    const std::wstring member = scripted::wide(call.method);
+    const std::string result =
+        go(call.way, [&] { object->instead(member, [make = answer->make] { return make(); }); });
+    EXPECT_EQ(result, reading->seen(answer->name));
+    object->readsAgain();
+    expectHealthyAgain(call.way, result);
+}
+
+INSTANTIATE_TEST_SUITE_P(FaultMatrix, ExcelsAnswer, ::testing::ValuesIn(allCases()),
+                         [](const auto& tested) { return nameOf(tested.param); });
+
+// --- Counts
+// --------------------------------------------------------------------------------------------------------
+
+struct Count {
+    const char* name;
+    com::variant (*make)();
+    bool rows;    ///< a column, when there are so many rows
+    bool columns; ///< a column, when there are so many columns
+};
+
+const Count counts[] = {
+    {"One", [] { return com::variant{1L}; }, false, true},
+    {"Two", [] { return com::variant{2L}; }, true, false},
+    {"Zero", [] { return com::variant{0L}; }, false, false},
+    {"Negative", [] { return com::variant{-3L}; }, false, false},
+    {"Highest", [] { return com::variant{2147483647L}; }, true, false},
+    {"Lowest", [] { return com::variant{-2147483647L - 1}; }, false, false},
+    {"Real", [] { return com::variant{3.0}; }, false, false},
+    {"Text", [] { return com::variant{L"3"}; }, false, false},
+};
+
+void PrintTo(const Count& tested, std::ostream* out) { *out << tested.name; }
+
+class ExcelsCount : public Stage, public ::testing::WithParamInterface<Count> {};
+
+TEST_P(ExcelsCount, OfRowsDecidesTheLayout) {
+    const std::string way = "CapeOpenCompounds in a column";
+    const std::string column = healthy(way);
+    EXPECT_EQ(go(way, [&] { objectNamed("rows")->instead(L"Count", GetParam().make); }),
+              GetParam().rows ? column : "A1 | B2 | C3");
+}
+
+TEST_P(ExcelsCount, OfColumnsDecidesTheLayout) {
+    const std::string way = "CapeOpenCompounds in a column";
+    const std::string column = healthy(way);
+    EXPECT_EQ(go(way, [&] { objectNamed("columns")->instead(L"Count", GetParam().make); }),
+              GetParam().columns ? column : "A1 | B2 | C3");
+}
+
+INSTANTIATE_TEST_SUITE_P(FaultMatrix, ExcelsCount, ::testing::ValuesIn(counts),
+                         [](const auto& tested) { return tested.param.name; });
+
+// --- The words of a failure
+// ----------------------------------------------------------------------------------------
+
+struct Words {
+    const char* name;
+    HRESULT code;
+    std::wstring words;
+    bool isNull;
+};
+
+void PrintTo(const Words& tested, std::ostream* out) { *out << tested.name; }
+
+const Words allWords[] = {
+    {"Given", S_OK, L"the cells are busy", false},
+    {"GivenOtherwise", S_FALSE, L"the cells are busy", false},
+    {"Empty", S_OK, L"", false},
+    {"Null", S_OK, L"", true},
+    {"Failing", E_FAIL, L"", true},
+    {"Long", S_OK, std::wstring(10000, L'x'), false},
+    {"HighSurrogate", S_OK, L"a\xD800z", false},
+    {"LowSurrogate", S_OK, L"a\xDC00z", false},
+    {"OfSeveralLines", S_OK, L"one\r\ntwo", false},
+};
+
+class ExcelsWords : public Stage, public ::testing::WithParamInterface<Words> {};
+
+TEST_P(ExcelsWords, AreShown) {
+    const Words& words = GetParam();
+    for (const auto& [way, object] :
+         {std::pair{"CapeOpenMixtureProperty of cells", "cells"}, std::pair{"ValueFromRange", "cell"}}) {
+        healthy(way);
+        const std::string result = go(way, [&] {
+            objectNamed(object)->failsToRead(L"Value", DISP_E_EXCEPTION);
+            objectNamed(object)->describes(words.code, words.isNull ? nullptr : words.words.c_str());
+        });
+        EXPECT_EQ(result, "! Call to \"Value\" failed: " + scripted::narrow(words.words));
+        objectNamed(object)->readsAgain();
+        expectHealthyAgain(way, result);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(FaultMatrix, ExcelsWords, ::testing::ValuesIn(allWords),
+                         [](const auto& tested) { return tested.param.name; });
+
+} // namespace
+
+} // namespace faults
