@@ -13,7 +13,7 @@ struct Case {
 };
 
 std::string nameOf(const Case& tested) {
-    static constexpr const char* manners[] = {"", "_Spoken", "_Unnamed", "_Rubbish", "_Nothing"};
+    static constexpr const char* manners[] = {"", "_Spoken", "_Unnamed", "_Rubbish", "_Nothing", "_Late"};
     return tested.call->name + "_" + (tested.manner == Manner::nothing ? "S_OK" : tested.code->name) +
            manners[static_cast<std::size_t>(tested.manner)];
 }
@@ -37,6 +37,8 @@ std::vector<Case> allCases() {
         }
         if (call.isQuery() || call.isCreation()) {
             cases.push_back({&call, &codeNamed("S_FALSE"), Manner::nothing});
+        } else if (isScripted(call) && call.object != "stream" && call.method != "GetPropertyPackage") {
+            cases.push_back({&call, &codeNamed("E_FAIL"), Manner::late});
         }
     }
     return cases;

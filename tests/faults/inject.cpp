@@ -13,10 +13,14 @@ QueryAnswer queryAnswer(HRESULT code, Manner manner) {
     return {code, !fails ? Pointer::Interface : manner == Manner::rubbish ? Pointer::Rubbish : Pointer::None};
 }
 
+} // namespace
+
 bool isScripted(const Call& call) {
     return call.object.starts_with("package") || call.object.starts_with("manager") ||
            call.object == "stream";
 }
+
+namespace {
 
 void injectQuery(Stage& stage, const Call& call, const QueryAnswer& answer) {
     const IID iid = iidNamed(call.interfaceName);
@@ -31,7 +35,7 @@ void injectQuery(Stage& stage, const Call& call, const QueryAnswer& answer) {
 
 void injectScripted(scripted::Script& script, const Call& call, HRESULT code, Manner manner) {
     const std::wstring words = manner == Manner::spoken ? wide(spokenWords) : L"";
-    if (SUCCEEDED(code)) {
+    if (SUCCEEDED(code) || manner == Manner::late) {
         script.ends(call.method, code);
     } else if (call.object.ends_with(" call 2")) {
         script.failsAt(2, call.method, code, words);
