@@ -42,6 +42,11 @@ if(QUORVANE_FUZZ)
     target_compile_options(quorvane_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+if(QUORVANE_COVERAGE)
+    # What is counted is said where it is compiled.
+    target_link_options(quorvane_flags INTERFACE --coverage)
+endif()
+
 # quorvane_library(NAME sources...): one folder, one static library. What it links is what it may include.
 function(quorvane_library name)
     add_library(${name} STATIC ${ARGN})

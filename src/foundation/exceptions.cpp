@@ -1,11 +1,16 @@
 #include "src/foundation/exceptions.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <utility>
 
 namespace quorvane {
 
-WStrException::WStrException(std::wstring message) : message_{std::move(message)} {}
+// Whoever shows a text ends it at a null character, which a user's or a package's own words may contain; what
+// follows them is to be seen as well.
+WStrException::WStrException(std::wstring message) : message_{std::move(message)} {
+    std::ranges::replace(message_, L'\0', L'\xFFFD');
+}
 
 const wchar_t* WStrException::message() const noexcept { return message_.c_str(); }
 

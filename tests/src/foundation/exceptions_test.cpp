@@ -36,6 +36,12 @@ TEST(WStrException, KeepsItsTextWhenCopied) {
     EXPECT_EQ(std::wstring{copy.message()}, std::wstring(300, L'x'));
 }
 
+TEST(WStrException, ShowsWhatFollowsANullCharacter) {
+    const WStrException failure{std::wstring{L"Invalid basis \"m\0\"", 18}};
+    EXPECT_EQ(std::wstring{failure.message()}, L"Invalid basis \"m\xFFFD\"");
+    EXPECT_EQ(failure.length(), 18U);
+}
+
 TEST(CWStrException, RefersToItsLiteral) {
     static constexpr wchar_t text[] = L"Invalid package name";
     const CWStrException failure{text};
