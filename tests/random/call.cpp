@@ -206,6 +206,13 @@ Call anyCall(Dice& dice, const std::vector<Kind>& kinds) {
     return call;
 }
 
+bool hasUnheardOfType(const Call& call) {
+    return std::ranges::any_of(call.arguments, [](const Value& value) {
+        const VARIANT& holder = value.target ? static_cast<const VARIANT&>(*value.target) : value.value;
+        return std::ranges::find(unheardOfTypes, holder.vt) != unheardOfTypes.end();
+    });
+}
+
 std::string textOf(const Value& value) {
     const VARIANT& given = value.value;
     std::string type{"<"};
@@ -213,7 +220,7 @@ std::string textOf(const Value& value) {
     type += (given.vt & VT_ARRAY) != 0 ? " array" : "";
     type += (given.vt & VT_BYREF) != 0 ? " by reference>" : ">";
     const VARIANT& shown = value.target ? static_cast<const VARIANT&>(*value.target) : given;
-    std::string words = scripted::textOf(shown);
+    std::string words = holdsWhatItSays(shown) ? scripted::textOf(shown) : "an array that is none";
     words.resize(std::min<std::size_t>(words.size(), 80));
     return type + words;
 }

@@ -21,6 +21,9 @@ struct Call {
 
 Call anyCall(Dice& dice, const std::vector<Kind>& kinds);
 
+/// An argument is of a type that Automation does not have, and so refuses to pass.
+bool hasUnheardOfType(const Call& call);
+
 /// The name of a package of this kind: the kind's own, or that followed by a number.
 std::wstring nameOfPackage(Dice& dice, const Kind& kind);
 

@@ -121,6 +121,9 @@ std::string badElements(const Promise& promise, SAFEARRAY* array) {
 }
 
 std::string badResult(const Promise& promise, const VARIANT& result, Direction direction) {
+    if (result.vt == VT_EMPTY && promise.function == std::string_view{"Phases"}) {
+        return {}; // a package may have no phases
+    }
     if (result.vt == promise.single && promise.single != VT_EMPTY) {
         return {};
     }
@@ -155,12 +158,6 @@ std::wstring systemText(HRESULT code) {
 bool lockedArgument(const Value& value) {
     const VARIANT& holder = value.target ? static_cast<const VARIANT&>(*value.target) : value.value;
     return (holder.vt & VT_ARRAY) != 0 && holder.parray != nullptr && holder.parray->cLocks != 0;
-}
-
-// Automation itself refuses to pass a value of a type that it does not have.
-bool isUnheardOf(const Value& value) {
-    const VARIANT& holder = value.target ? static_cast<const VARIANT&>(*value.target) : value.value;
-    return std::ranges::find(unheardOfTypes, holder.vt) != unheardOfTypes.end();
 }
 
 std::string narrow(const std::wstring& text) { return scripted::narrow(text); }
@@ -219,7 +216,7 @@ std::string Judge::complaint(const Call& call, bool callerIsColumn, HRESULT code
         return code == DISP_E_BADPARAMCOUNT && result.vt == VT_EMPTY ? ""
                                                                      : "too many arguments were accepted";
     }
-    if (code == DISP_E_BADVARTYPE && std::ranges::any_of(call.arguments, isUnheardOf)) {
+    if (code == DISP_E_BADVARTYPE && hasUnheardOfType(call)) {
         return {};
     }
     if (code != S_OK) {

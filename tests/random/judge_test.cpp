@@ -40,6 +40,10 @@ TEST_F(JudgeOfAnswers, AcceptsEachShapeWhereItBelongs) {
     EXPECT_EQ(ofResult("MixtureProperty", Direction::row, com::variant{1.0}), "");
     EXPECT_EQ(ofResult("UnitOfMeasure", Direction::row, com::variant{com::unique_bstr{}}), "");
 }
+TEST_F(JudgeOfAnswers, AcceptsPackagesWithoutPhases) {
+    EXPECT_EQ(ofResult("Phases", Direction::row, com::variant{}), "");
+    EXPECT_EQ(ofResult("Compounds", Direction::row, com::variant{}), "the result is of type 0");
+}
 TEST_F(JudgeOfAnswers, RefusesARowForAColumn) {
     EXPECT_EQ(ofResult("PhaseEquilibrium", Direction::column, list(VT_VARIANT, 4)), "a column was asked for");
     EXPECT_EQ(ofResult("Compounds", Direction::column, block(VT_BSTR, 1, 3)), "a column was asked for");

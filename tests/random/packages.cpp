@@ -223,6 +223,7 @@ void Packages::disturb(Dice& dice, const std::function<void()>& inside) {
 }
 
 void Packages::forget() {
+    *faulty_ = Script{};
     for (const Kind& kind : kinds_) {
         if (kind.script) {
             kind.script->forgetCalls();

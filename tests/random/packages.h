@@ -40,7 +40,7 @@ class Packages {
     /// Changes the script of the faulty kind. What `inside` does happens now and then in the middle of one of
     /// the package's own calls.
     void disturb(Dice& dice, const std::function<void()>& inside);
-    /// Forgets what the scripts have heard, and what the packages have saved.
+    /// Forgets what the scripts have heard, what the packages have saved, and what disturbs them.
     void forget();
 
   private:

@@ -250,6 +250,15 @@ com::variant anyArray(Dice& dice, std::size_t likely) {
     return com::variant::array(std::move(array), dice.percent(3) ? dice.of(types) : type);
 }
 
+bool holdsWhatItSays(const VARIANT& value) {
+    if ((value.vt & VT_ARRAY) == 0) {
+        return true;
+    }
+    VARTYPE actual = VT_EMPTY;
+    return value.parray != nullptr && SUCCEEDED(SafeArrayGetVartype(value.parray, &actual)) &&
+           value.vt == (VT_ARRAY | actual);
+}
+
 com::variant cellsOf(Dice& dice, std::vector<com::variant> cells) {
     const std::size_t count = cells.size();
     if (count == 0) {

@@ -32,6 +32,10 @@ com::variant anyArray(Dice& dice, std::size_t likely);
 com::variant anyRange(Dice& dice, std::size_t likely);
 com::variant anyValue(Dice& dice, std::size_t likely);
 
+/// False for an array that holds something else than its label says, or nothing: whoever follows the label
+/// reads numbers as pointers.
+bool holdsWhatItSays(const VARIANT& value);
+
 /// The cells as a row, a column, an array constant or a list: the forms in which a worksheet has them.
 com::variant cellsOf(Dice& dice, std::vector<com::variant> cells);
 /// By value, by reference, or in a cell.

@@ -12,6 +12,10 @@
 
 namespace chance {
 
+/// What the cells show; also of an array that holds something else than it says, as a component may have
+/// made.
+std::string shownText(const VARIANT& value);
+
 /// What happened, for tests that look whether enough of it did.
 struct Tally {
     long calls = 0; ///< of worksheet functions
@@ -21,9 +25,14 @@ struct Tally {
     std::set<std::wstring> messages; ///< of worksheet functions
 };
 
+/// What a world does. Wine 8 itself leaks memory when it refuses a value of a type that Automation does not
+/// have, and handles when it is asked for the name of a class that is not registered, or to create one: where
+/// memory is looked at, that is left out.
+enum class Reach { everything, withoutLeaksOfThePlatform };
+
 class World {
   public:
-    explicit World(std::uint64_t seed);
+    explicit World(std::uint64_t seed, Reach reach = Reach::everything);
     World(const World&) = delete;
     World& operator=(const World&) = delete;
     ~World();
@@ -59,7 +68,9 @@ class World {
     HRESULT create(IUnknown* workbook, const Kind& kind, const std::wstring& name);
     HRESULT restore(IUnknown* workbook);
     HRESULT save(IUnknown* workbook);
+    void damage(com::variant& table);
 
+    Reach reach_;
     Dice dice_;
     Packages packages_;
     Judge judge_;

@@ -1,7 +1,6 @@
 // The services of the front end, called by chance.
 #include "com/safe_array.h"
 #include "tests/random/world.h"
-#include "tests/src/server/worksheet.h"
 
 #include <algorithm>
 
@@ -13,26 +12,6 @@ constexpr std::size_t tablesKept = 5;
 
 com::variant copyOfTable(const VARIANT& table) {
     return table.vt == (VT_ARRAY | VT_BSTR) ? com::variant::copyOf(table) : com::variant{};
-}
-
-// Damage that a stranger's workbook may have.
-void damage(Dice& dice, com::variant& table) {
-    if (table.vt != (VT_ARRAY | VT_BSTR) || table.parray == nullptr) {
-        return;
-    }
-    const com::array_lock<BSTR> lock{table.parray};
-    const std::span<BSTR> cells = lock.elements();
-    for (std::size_t i = dice.below(3); i > 0 && !cells.empty(); --i) {
-        BSTR& cell = dice.of(cells);
-        com::unique_bstr old{cell};
-        std::wstring words{com::viewOf(old)};
-        if (words.empty() || dice.percent(30)) {
-            words = anyText(dice);
-        } else {
-            words[dice.below(words.size())] = static_cast<wchar_t>(dice.below(0x80));
-        }
-        cell = com::makeBstr(words).release();
-    }
 }
 
 // Lists of names are lists of texts, or nothing.
@@ -59,7 +38,7 @@ HRESULT World::create(IUnknown* workbook, const Kind& kind, const std::wstring& 
 HRESULT World::save(IUnknown* workbook) {
     com::variant table;
     const HRESULT code = addIn_->Persist(workbook, &table);
-    digest_.add(tests::shown(table));
+    digest_.add(shownText(table));
     if (code == S_OK) {
         if (saved_.size() == tablesKept) {
             saved_.erase(saved_.begin());
@@ -69,6 +48,32 @@ HRESULT World::save(IUnknown* workbook) {
     return code;
 }
 
+// Damage that a stranger's workbook may have.
+void World::damage(com::variant& table) {
+    if (table.vt != (VT_ARRAY | VT_BSTR) || table.parray == nullptr) {
+        return;
+    }
+    constexpr std::size_t columnOfClass = 3;
+    const com::array_lock<BSTR> lock{table.parray};
+    const std::span<BSTR> cells = lock.elements();
+    const std::size_t rows = table.parray->rgsabound[1].cElements; // the last dimension comes first
+    for (std::size_t i = dice_.below(3); i > 0 && !cells.empty(); --i) {
+        const std::size_t position = dice_.below(cells.size());
+        if (reach_ != Reach::everything && position / rows == columnOfClass) {
+            continue;
+        }
+        BSTR& cell = cells[position];
+        const com::unique_bstr old{cell};
+        std::wstring words{com::viewOf(old)};
+        if (words.empty() || dice_.percent(30)) {
+            words = anyText(dice_);
+        } else {
+            words[dice_.below(words.size())] = static_cast<wchar_t>(dice_.below(0x80));
+        }
+        cell = com::makeBstr(words).release();
+    }
+}
+
 HRESULT World::restore(IUnknown* workbook) {
     if (saved_.empty() || dice_.percent(5)) {
         const Value table = passed(dice_, anyArray(dice_, 6));
@@ -76,7 +81,7 @@ HRESULT World::restore(IUnknown* workbook) {
     }
     com::variant table = copyOfTable(dice_.of(saved_));
     if (dice_.percent(50)) {
-        damage(dice_, table);
+        damage(table);
     }
     return addIn_->Depersist(workbook, table);
 }
@@ -93,7 +98,7 @@ std::string World::lists(IUnknown* workbook, BSTR name) {
     const List list = dice_.of(all);
     com::variant names;
     const HRESULT code = (addIn_.get()->*list)(workbook, name, &names);
-    digest_.add(tests::shown(names));
+    digest_.add(shownText(names));
     const std::string wrong = badNames(code, names);
     return wrong.empty() ? judge_.complaint(code, ownFailure()) : wrong;
 }
@@ -161,14 +166,14 @@ std::string World::service() {
         break;
     }
     case 14:
-        code = addIn_->GetPackageInfo(name.get(), words.put());
+        code = reach_ != Reach::everything ? S_OK : addIn_->GetPackageInfo(name.get(), words.put());
         break;
     default:
         return lists(workbook, name.get());
     }
     digest_.add(&code, sizeof code);
     digest_.add(&truth, sizeof truth);
-    digest_.add(tests::shown(value));
+    digest_.add(shownText(value));
     digest_.add(scripted::narrow(com::viewOf(words)));
     return judge_.complaint(code, ownFailure());
 }
