@@ -3,7 +3,8 @@
 #
 #   quorvane_idl(TARGET name.idl [INCLUDES folders...] [DEPENDS files...])
 #
-# defines the interface library TARGET (include <name_idl.h>) and the variable TARGET_TLB (path of name.tlb).
+# defines the interface library TARGET (include <name_idl.h>) and the variable TARGET_TLB (path of name.tlb). The target
+# interface_headers makes all of them, for tools that only read the sources.
 if(MSVC)
     find_program(IDL_COMPILER midl REQUIRED)
 else()
@@ -15,6 +16,8 @@ else()
     find_path(PLATFORM_TLB stdole2.tlb PATH_SUFFIXES x86_64-windows
               PATHS /usr/lib/x86_64-linux-gnu/wine /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 endif()
+
+add_custom_target(interface_headers)
 
 function(quorvane_idl target idl)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "INCLUDES;DEPENDS")
@@ -39,6 +42,7 @@ function(quorvane_idl target idl)
             DEPENDS ${source} ${arg_DEPENDS} VERBATIM)
     endif()
     add_custom_target(${target}_files DEPENDS ${header} ${tlb})
+    add_dependencies(interface_headers ${target}_files)
     add_library(${target} INTERFACE)
     add_dependencies(${target} ${target}_files)
     target_include_directories(${target} SYSTEM INTERFACE ${CMAKE_CURRENT_BINARY_DIR})

@@ -40,6 +40,7 @@ class ServedDual : public Interface {
 
   private:
     static ITypeInfo* typeInfo() noexcept {
+        // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): looked for once
         static ITypeInfo* const info = typeInfoOf(__uuidof(Interface));
         return info;
     }

@@ -7,6 +7,7 @@
 
 namespace com {
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): there is one module
 inline std::atomic<long> liveObjects{0};
 
 } // namespace com

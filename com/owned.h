@@ -89,7 +89,7 @@ inline std::wstring_view viewOf(const unique_bstr& text) noexcept { return viewO
 /// A VARIANT that clears itself. Same layout, so `&value` serves wherever Automation wants a VARIANT*.
 class variant : public VARIANT {
   public:
-    variant() noexcept { VariantInit(this); }
+    variant() noexcept : VARIANT{} {}
     explicit variant(double number) noexcept : variant{} {
         vt = VT_R8;
         dblVal = number;
@@ -140,6 +140,7 @@ class variant : public VARIANT {
     /// A deep copy; a VARIANT by reference is followed. Throws std::bad_alloc when it cannot be copied.
     static variant copyOf(const VARIANT& value) {
         variant result;
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
         if (FAILED(VariantCopyInd(&result, const_cast<VARIANT*>(&value)))) {
             throw std::bad_alloc{};
         }
@@ -176,6 +177,7 @@ class variant : public VARIANT {
 inline std::optional<variant> convert(const VARIANT& value, VARTYPE type, USHORT flags = VARIANT_NOVALUEPROP,
                                       LCID locale = LOCALE_USER_DEFAULT) noexcept {
     variant result;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
     if (FAILED(VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), locale, flags, type))) {
         return std::nullopt;
     }

@@ -30,12 +30,14 @@ logged() {
     }
 }
 
+configure() { logged "$1.configure" cmake -S "$root" --preset "$1"; }
+
 # build PRESET [TARGET...]: configures it and compiles the targets, or all of them.
 build() {
     local preset=$1
     shift
     say "building $preset"
-    logged "$preset.configure" cmake -S "$root" --preset "$preset"
+    configure "$preset"
     logged "$preset.build" cmake --build "$root/build/$preset" ${1+--target "$@"}
 }
 

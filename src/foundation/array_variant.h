@@ -19,14 +19,14 @@ namespace quorvane {
 
 class ArrayVariant {
   public:
-    ArrayVariant() noexcept { VariantInit(&value); }
+    ArrayVariant() noexcept = default;
     ArrayVariant(ArrayVariant&& other) noexcept;
     ArrayVariant& operator=(ArrayVariant&& other) noexcept;
     ArrayVariant(const ArrayVariant&) = delete;
     ArrayVariant& operator=(const ArrayVariant&) = delete;
     ~ArrayVariant() { release(); }
 
-    VARIANT value;
+    VARIANT value{};
     std::int32_t lowerBound = 0; ///< of the only dimension; filled in by inspectVector
     std::int32_t count = 0;      ///< elements in all
     bool locked = false;         ///< the data is locked for direct access

@@ -60,7 +60,7 @@ std::wstring withoutLineEnding(std::wstring_view text) {
 }
 
 std::wstring systemErrorText(HRESULT code) {
-    std::array<wchar_t, 1024> buffer;
+    std::array<wchar_t, 1024> buffer{};
     constexpr auto size = static_cast<DWORD>(buffer.size());
     DWORD length =
         FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,

@@ -32,6 +32,7 @@ void read(com::variant& result, IDispatch* object, const wchar_t* name, UINT arg
     }
     DISPID member = 0;
     // The parameter is not const, but no server writes to it.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
     wchar_t* names[] = {const_cast<wchar_t*>(name)};
     if (FAILED(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member))) {
         throw WStrException{joined(L"IDispatch::GetIDsOfNames failed for \"", name, L"\"")};

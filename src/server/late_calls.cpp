@@ -128,7 +128,7 @@ class Arguments {
     }
 
     std::size_t count_;
-    std::array<VARIANT, mostParameters> values_;
+    std::array<VARIANT, mostParameters> values_{};
     std::array<com::variant, mostParameters> owned_;
 };
 
@@ -166,7 +166,7 @@ HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WO
 HRESULT invokeService(void* object, ITypeInfo* info, DISPID member, WORD flags, const DISPPARAMS& given,
                       VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept {
     DISPPARAMS parameters = given;
-    std::array<VARIANT, resultTypes.size() + 1> values;
+    std::array<VARIANT, resultTypes.size() + 1> values{};
     if (member != propertyInformation || given.cArgs != values.size() || given.cNamedArgs != 0) {
         return DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
     }

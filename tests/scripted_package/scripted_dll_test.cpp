@@ -16,7 +16,7 @@ class ScriptedDllTest : public testing::Test {
     static void SetUpTestSuite() {
         CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
         std::wstring path = com::thisModulePath();
-        path = path.substr(0, path.find_last_of(L'\\') + 1) + L"ScriptedPackage.dll";
+        path.replace(path.find_last_of(L'\\') + 1, std::wstring::npos, L"ScriptedPackage.dll");
         module_ = LoadLibraryW(path.c_str());
         ASSERT_NE(module_, nullptr) << narrow(path);
         ASSERT_EQ(call("DllRegisterServer"), S_OK);

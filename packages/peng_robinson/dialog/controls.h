@@ -1,6 +1,7 @@
 // The controls of the window that edits a package; also read by the resource compiler.
 #pragma once
 
+// NOLINTBEGIN(cppcoreguidelines-macro-usage): the resource compiler knows no constants
 #define EDIT_PACKAGE 101
 
 #define CONTROL_AVAILABLE 1001
@@ -14,3 +15,4 @@
 #define CONTROL_TABULATED 1009
 #define CONTROL_USE_TABULATED 1010
 #define CONTROL_MESSAGE 1011
+// NOLINTEND(cppcoreguidelines-macro-usage)

@@ -25,6 +25,7 @@ voidpf allocate(voidpf, uInt count, uInt size) noexcept {
 void release(voidpf, voidpf block) noexcept { operator delete(block); }
 
 // zlib reads through a pointer to non-const, but does not write.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): zlib only reads it
 Bytef* input(std::span<const std::uint8_t> bytes) noexcept { return const_cast<Bytef*>(bytes.data()); }
 
 template <int (*End)(z_stream*)>

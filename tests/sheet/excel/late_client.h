@@ -26,6 +26,7 @@ inline Answer invoke(IDispatch* object, DISPID id, std::span<VARIANT> arguments 
 
 inline DISPID idOf(IDispatch* object, const wchar_t* name) {
     DISPID id = DISPID_UNKNOWN;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
     wchar_t* names[] = {const_cast<wchar_t*>(name)};
     const HRESULT code = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
     EXPECT_EQ(SUCCEEDED(code), id != DISPID_UNKNOWN);

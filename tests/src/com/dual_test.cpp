@@ -28,6 +28,7 @@ using Served = Context<ServedDual>;
 using Refused = Context<RefusedDual>;
 
 HRESULT memberNamed(IDispatch* object, const wchar_t* name, DISPID& id) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
     wchar_t* names[] = {const_cast<wchar_t*>(name)};
     return object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
 }

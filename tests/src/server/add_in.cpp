@@ -32,7 +32,7 @@ AddIn::AddIn() {
     wchar_t program[1024];
     GetModuleFileNameW(nullptr, program, static_cast<DWORD>(std::size(program)));
     path_ = program;
-    path_ = path_.substr(0, path_.rfind(L'\\') + 1) + L"Quorvane.dll";
+    path_.replace(path_.rfind(L'\\') + 1, std::wstring::npos, L"Quorvane.dll");
     const HMODULE module = LoadLibraryW(path_.c_str());
     if (module == nullptr) {
         giveUp("Quorvane.dll beside the test program does not load");

@@ -105,6 +105,7 @@ void Worksheet::attach(const wchar_t* name) { ASSERT_EQ(create(book(), name), S_
 
 com::variant Worksheet::call(const wchar_t* function, std::vector<com::variant> arguments) {
     SetErrorInfo(0, nullptr);
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
     wchar_t* names[] = {const_cast<wchar_t*>(function)};
     DISPID member = 0;
     com::variant result;
