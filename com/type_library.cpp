@@ -31,6 +31,7 @@ struct TypeInfos {
 
 // Never destroyed: at process end the automation library may be gone before our statics are.
 TypeInfos& typeInfos() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): what was looked up is kept
     static auto* const instance = new TypeInfos;
     return *instance;
 }

@@ -68,7 +68,7 @@ Component describe(const CLSID& clsid, const std::wstring& clsidText) {
 std::vector<Component> installedComponents() {
     std::vector<Component> result;
     const com::unique_registry_key classes = openKey(HKEY_CLASSES_ROOT, L"CLSID");
-    std::array<wchar_t, 64> name; // a class identifier has 38 characters
+    std::array<wchar_t, 64> name{}; // a class identifier has 38 characters
     for (DWORD index = 0; classes; ++index) {
         auto length = static_cast<DWORD>(name.size());
         const LSTATUS status =
@@ -97,7 +97,7 @@ std::optional<Component> findComponent(const std::string& progId) {
     if (FAILED(CLSIDFromProgID(toWide(progId).c_str(), &clsid))) {
         return std::nullopt;
     }
-    std::array<wchar_t, 64> text;
+    std::array<wchar_t, 64> text{};
     StringFromGUID2(clsid, text.data(), static_cast<int>(text.size()));
     Component component = describe(clsid, text.data());
     component.progId = progId;

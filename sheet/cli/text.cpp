@@ -22,15 +22,16 @@ std::string toUtf8(std::wstring_view text) {
 }
 
 std::string systemText(HRESULT code) {
-    std::array<wchar_t, 512> buffer;
+    std::array<wchar_t, 512> buffer{};
     const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                         static_cast<DWORD>(code), 0, buffer.data(),
                                         static_cast<DWORD>(buffer.size()), nullptr);
     std::string text = toUtf8({buffer.data(), length});
     text.erase(text.find_last_not_of(" \r\n") + 1);
     if (text.empty()) {
-        std::array<char, 32> number;
-        std::snprintf(number.data(), number.size(), "error code 0x%08lX", static_cast<unsigned long>(code));
+        std::array<char, 32> number{};
+        static_cast<void>(std::snprintf(number.data(), number.size(), "error code 0x%08lX",
+                                        static_cast<unsigned long>(code)));
         text = number.data();
     }
     return text;

@@ -19,7 +19,7 @@ com::variant converted(const com::variant& value, VARTYPE type);
 bool equalsNoCase(const wchar_t* a, const wchar_t* b) noexcept;
 
 struct Failure {
-    HRESULT code;
+    HRESULT code = S_OK;
     std::wstring description; // empty: the code alone is returned, else an exception with this text is raised
 };
 

@@ -32,7 +32,7 @@ constexpr double largestPlainWhole = 1e15;
 
 template <typename... Format>
 std::string printed(double number, Format... format) {
-    std::array<char, 64> buffer;
+    std::array<char, 64> buffer{};
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...);
     return error == std::errc{} ? std::string{buffer.data(), end} : std::string{};
 }

@@ -14,6 +14,7 @@ namespace {
 // The lower-case form of a name: on the stack for ordinary names, on the heap for those of 127 units or more.
 class FoldedName {
   public:
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only what is written is read, at every look-up
     explicit FoldedName(const wchar_t* name) {
         const std::size_t length = std::wcslen(name);
         wchar_t* out = inline_.data();

@@ -8,8 +8,7 @@ VARIANT withoutReference(const VARIANT& value) noexcept {
     if ((value.vt & VT_BYREF) == 0) {
         return value;
     }
-    VARIANT target;
-    VariantInit(&target);
+    VARIANT target{};
     if (value.byref == nullptr) {
         return target;
     }

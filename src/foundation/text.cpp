@@ -64,7 +64,7 @@ std::wstring utf8ToWide(const char* text) {
     }
 #ifdef _WIN32
     // Messages are short: the usual one converts in place.
-    std::array<wchar_t, 128> inlineBuffer;
+    std::array<wchar_t, 128> inlineBuffer{};
     const int needed = MultiByteToWideChar(CP_UTF8, 0, text, -1, nullptr, 0);
     if (needed <= 0) {
         return {};

@@ -35,7 +35,7 @@ std::vector<std::string> officeVersions(HKEY office) {
         if (status == ERROR_NO_MORE_ITEMS) {
             return versions;
         }
-        if (status == ERROR_SUCCESS && std::atoi(name) >= oldestVersion) {
+        if (status == ERROR_SUCCESS && std::strtol(name, nullptr, 10) >= oldestVersion) {
             versions.emplace_back(name);
         } else if (status != ERROR_SUCCESS && status != ERROR_MORE_DATA) {
             return versions;

@@ -60,7 +60,7 @@ LSTATUS deleteTree(HKEY parent, const std::string& name) {
         if (status != ERROR_SUCCESS) {
             return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND ? ERROR_SUCCESS : status;
         }
-        std::array<char, 256> child;
+        std::array<char, 256> child{};
         std::string last;
         for (;;) {
             auto length = static_cast<DWORD>(child.size());
@@ -84,7 +84,7 @@ LSTATUS deleteTree(HKEY parent, const std::string& name) {
 }
 
 std::string modulePath() {
-    std::array<char, 1024> path;
+    std::array<char, 1024> path{};
     const DWORD length = GetModuleFileNameA(com::thisModule(), path.data(), static_cast<DWORD>(path.size()));
     return std::string(path.data(), length);
 }

@@ -10,6 +10,7 @@ namespace {
 
 // Never destroyed: at process end Excel's object must not be called any more.
 com::com_ptr<IDispatch>& heldApplication() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): there is one Excel
     static auto* const held = new com::com_ptr<IDispatch>;
     return *held;
 }

@@ -24,9 +24,9 @@ struct Specification {
 struct EquilibriumRequest {
     enum class Flash { TP, TVaporFraction, PVaporFraction, PEnthalpy };
 
-    Flash flash;
+    Flash flash = Flash::TP;
     Specification first, second; ///< in the order in which the flash is named
-    eos::SolutionType solution;
+    eos::SolutionType solution = eos::SolutionType::any;
 
     /// Throws ArgumentError for specifications that make no sense, and CapeError (ECapeLimitedImpl) for
     /// combinations that the package does not calculate.

@@ -13,7 +13,7 @@ constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t mostCompounds = 200, longestName = 100;
 
 // The equation of state is used between these temperatures; a heat capacity must be positive there.
-constexpr double lowestTemperature = 5.0, highestTemperature = 5000.0;
+constexpr int lowestTemperature = 5, highestTemperature = 5000;
 
 enum class Need {
     value,
@@ -157,9 +157,9 @@ eos::HeatCapacity readHeatCapacity(const CompoundRow& row) {
                            : "the compound has no heat capacity; fill cp0 to cp4 or cpA to cpE");
     }
     const eos::HeatCapacity result = hasAlyLee ? readAlyLee(row) : readPolynomial(row);
-    for (double T = lowestTemperature; T <= highestTemperature; T += 5.0) {
-        if (!(result.cp(T) > 0.0)) {
-            row.fail("the heat capacity is not positive at " + std::to_string(static_cast<int>(T)) + " K");
+    for (int T = lowestTemperature; T <= highestTemperature; T += 5) {
+        if (!(result.cp(static_cast<double>(T)) > 0.0)) {
+            row.fail("the heat capacity is not positive at " + std::to_string(T) + " K");
         }
     }
     return result;

@@ -35,6 +35,7 @@ struct Direction {
     enum class Variable { none, temperature, pressure, moleFraction } variable = Variable::none;
     std::size_t compound = 0; ///< with moleFraction
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the comparison is with the number 0, which nobody writes here
     friend auto operator<=>(const Direction&, const Direction&) = default;
 };
 

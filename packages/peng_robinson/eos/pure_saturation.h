@@ -7,7 +7,7 @@
 namespace peng_robinson::eos {
 
 struct Saturation {
-    double T, P;
+    double T = 0.0, P = 0.0;
     PhaseState vapor, liquid; ///< with thermal properties
     double heatOfVaporization() const { return vapor.residualEnthalpy - liquid.residualEnthalpy; }
 

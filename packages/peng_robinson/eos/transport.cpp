@@ -140,7 +140,7 @@ Number thermalConductivityOf(const BasicPhaseProperties<Number>& phase) {
     const Number T = phase.state.T, Tr = T / fluid.Tc;
     const Number idealGasCv = phase.Cv - phase.state.residualCv;
     const Number kilogramsPerMole = fluid.M / 1000.0;
-    std::array<Number, 7> B;
+    std::array<Number, 7> B{};
     for (std::size_t i = 0; i < B.size(); ++i) {
         B[i] = conductivityTable[i][0] + conductivityTable[i][1] * fluid.w;
     }

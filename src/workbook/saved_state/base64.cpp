@@ -29,11 +29,11 @@ constexpr bool counts(wchar_t unit) noexcept { return values[lowByte(unit)] != s
 
 std::size_t trailingPadding(std::wstring_view text) noexcept {
     std::size_t count = 0;
-    for (auto unit = text.rbegin(); unit != text.rend(); ++unit) {
-        if (!counts(*unit)) {
+    for (std::size_t i = text.size(); i-- > 0;) {
+        if (!counts(text[i])) {
             continue;
         }
-        if (lowByte(*unit) != padding) {
+        if (lowByte(text[i]) != padding) {
             break;
         }
         ++count;

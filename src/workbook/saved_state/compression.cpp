@@ -80,7 +80,7 @@ Bytes inflated(std::span<const std::uint8_t> stream, InflationAllowance& allowan
     requireStarted(inflateInit(&reader.state));
     const std::size_t limit = allowance.next();
     Bytes result;
-    std::array<std::uint8_t, 1024> block;
+    std::array<std::uint8_t, 1024> block{};
     for (;;) {
         reader.state.next_out = block.data();
         reader.state.avail_out = static_cast<uInt>(block.size());
