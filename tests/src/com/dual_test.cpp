@@ -83,7 +83,7 @@ TEST(RefusedDual, HasNoNamesAndNoTypeInformation) {
     UINT count = 7;
     EXPECT_EQ(object->dispatch()->GetTypeInfoCount(&count), S_OK);
     EXPECT_EQ(count, 0U);
-    ITypeInfo* info = reinterpret_cast<ITypeInfo*>(&count);
+    auto* info = reinterpret_cast<ITypeInfo*>(&count);
     EXPECT_EQ(object->dispatch()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info), TYPE_E_ELEMENTNOTFOUND);
     EXPECT_EQ(info, nullptr);
     EXPECT_EQ(object->dispatch()->GetTypeInfoCount(nullptr), E_POINTER);

@@ -13,7 +13,7 @@ std::size_t slotOf(Method method) noexcept {
     struct {
         std::uintptr_t code;
         std::ptrdiff_t adjustment;
-    } raw;
+    } raw{};
     static_assert(sizeof raw == sizeof method);
     std::memcpy(&raw, &method, sizeof raw);
     return (raw.code - 1) / sizeof(void*);
