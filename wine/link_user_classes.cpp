@@ -35,8 +35,7 @@ int main() {
     const LSTATUS status = linkUserClasses();
     if (status == ERROR_SUCCESS)
         return 0;
-    static_cast<void>(
-        std::fprintf(stderr, "link_user_classes: cannot link HKEY_CURRENT_USER\\%ls (Windows error %ld)\n",
-                     userClasses, status));
+    std::fprintf(stderr, "link_user_classes: cannot link HKEY_CURRENT_USER\\%ls (Windows error %ld)\n",
+                 userClasses, status);
     return 1;
 }

@@ -30,8 +30,7 @@ std::string systemText(HRESULT code) {
     text.erase(text.find_last_not_of(" \r\n") + 1);
     if (text.empty()) {
         std::array<char, 32> number{};
-        static_cast<void>(std::snprintf(number.data(), number.size(), "error code 0x%08lX",
-                                        static_cast<unsigned long>(code)));
+        std::snprintf(number.data(), number.size(), "error code 0x%08lX", static_cast<unsigned long>(code));
         text = number.data();
     }
     return text;
