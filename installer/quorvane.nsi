@@ -49,6 +49,7 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 !define MUI_FINISHPAGE_TEXT "Excel opens Quorvane at its next start. The help tells how to calculate your first flash."
 !define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\Quorvane.chm"
 !define MUI_FINISHPAGE_SHOWREADME_TEXT "Show the help"
+!define MUI_FINISHPAGE_SHOWREADME_NOTCHECKED
 !define MUI_FINISHPAGE_NOREBOOTSUPPORT
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
