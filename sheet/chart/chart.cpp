@@ -29,7 +29,7 @@ const char* colourOf(std::size_t series) { return colours[series % std::size(col
 bool isFinite(const Point& point) { return std::isfinite(point.x) && std::isfinite(point.y); }
 
 std::string number(double value) {
-    std::array<char, 32> text;
+    std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%.1f", value);
     return text.data();
 }
@@ -79,7 +79,8 @@ std::string withPower(const std::string& title, int power) {
 
 class Drawing {
   public:
-    explicit Drawing(const Chart& chart) : chart_{chart} {
+    explicit Drawing(const Chart& chart)
+        : chart_{chart}, top_{(chart.title.empty() ? 24.0 : 52.0) + (hasLegend() ? legendRow : 0.0)} {
         constexpr double infinity = std::numeric_limits<double>::infinity();
         double x[2] = {infinity, -infinity};
         double y[2] = {infinity, -infinity};
@@ -95,7 +96,6 @@ class Drawing {
         }
         xScale_ = scaleFor(x[0], x[1]);
         yScale_ = scaleFor(y[0], y[1]);
-        top_ = (chart.title.empty() ? 24.0 : 52.0) + (hasLegend() ? legendRow : 0.0);
     }
 
     std::string text() {
@@ -213,7 +213,7 @@ class Drawing {
     const Chart& chart_;
     Scale xScale_;
     Scale yScale_;
-    double top_ = 0.0;
+    double top_;
     std::string text_;
 };
 

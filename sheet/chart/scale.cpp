@@ -33,11 +33,12 @@ int powerFor(double largest) {
 std::string labelOf(double value, double step) {
     // As many decimals as the step needs.
     int decimals = 0;
-    for (double scaled = step; decimals < 9 && std::abs(scaled - std::round(scaled)) > 1e-6 * scaled;
-         scaled *= 10.0) {
+    double scaled = step;
+    while (decimals < 9 && std::abs(scaled - std::round(scaled)) > 1e-6 * scaled) {
+        scaled *= 10.0;
         ++decimals;
     }
-    std::array<char, 64> text;
+    std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%.*f", decimals, value == 0.0 ? 0.0 : value);
     return text.data();
 }
@@ -56,9 +57,12 @@ Scale scaleFor(double lowest, double highest) {
     Scale scale{from * step, to * step, {}, {}, 0};
     scale.power = powerFor(std::max(std::abs(scale.first), std::abs(scale.last)));
     const double unit = std::pow(10.0, scale.power);
-    for (double i = from; i <= to; i += 1.0) {
-        scale.ticks.push_back(i * step);
-        scale.labels.push_back(labelOf(i * step / unit, step / unit));
+    // Counted, as adding one to a large number may leave it as it is.
+    const int steps = static_cast<int>(to - from);
+    for (int i = 0; i <= steps; ++i) {
+        const double tick = (from + i) * step;
+        scale.ticks.push_back(tick);
+        scale.labels.push_back(labelOf(tick / unit, step / unit));
     }
     return scale;
 }

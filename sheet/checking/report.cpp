@@ -11,7 +11,7 @@ namespace sheet::checking {
 namespace {
 
 std::string shortNumber(double value) {
-    std::array<char, 32> text;
+    std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%.1e", value);
     return text.data();
 }

@@ -80,7 +80,7 @@ class Chooser {
 } // namespace
 
 std::string textOf(double temperature, double pressure) {
-    std::array<char, 64> text;
+    std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%.6g K, %.6g Pa", temperature, pressure);
     return text.data();
 }

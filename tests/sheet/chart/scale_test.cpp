@@ -43,5 +43,9 @@ TEST(Scale, ASingleValueStandsInTheMiddle) {
     EXPECT_DOUBLE_EQ(scaleFor(0.0, 0.0).placeOf(0.0), 0.5);
 }
 
+TEST(Scale, LargeNumbersThatHardlyDifferHaveAFewTicks) {
+    EXPECT_THAT(scaleFor(1e17, 1e17 + 16.0).ticks, testing::SizeIs(testing::Le(8U)));
+}
+
 } // namespace
 } // namespace sheet::chart
