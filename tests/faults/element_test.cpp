@@ -157,10 +157,11 @@ std::vector<NumberCase> numberCases() {
 class NumberOf : public Stage, public ::testing::WithParamInterface<NumberCase> {};
 
 TEST_P(NumberOf, APackageIsShown) {
-    const auto& [place, number] = GetParam();
+    const Place* const place = GetParam().place;
+    const Number* const number = GetParam().number;
     const std::string without = healthy(place->way);
     const std::string result = go(place->way, [&] {
-        package->hook(place->method, [place = place, value = number->value](scripted::Call& call) {
+        package->hook(place->method, [place, value = number->value](scripted::Call& call) {
             const HRESULT code = call.healthy();
             if (place->output < 0) {
                 return place->write(*call.material, value);
@@ -248,7 +249,8 @@ TEST_P(ConstantOf, APackageStandsInItsCell) {
         arguments.emplace_back(std::wstring_view{orientation});
         const std::string separator = orientation == L"vertical" ? " / " : " | ";
         EXPECT_EQ(worksheet(L"CapeOpenCompoundConstant", std::move(arguments)),
-                  GetParam().shown + separator + "10020" + separator + "10030");
+                  std::string{GetParam().shown}.append(separator).append("10020").append(separator).append(
+                      "10030"));
     }
 }
 

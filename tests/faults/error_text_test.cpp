@@ -112,7 +112,8 @@ std::vector<Case> allCases() {
 class ErrorText : public Stage, public ::testing::WithParamInterface<Case> {};
 
 TEST_P(ErrorText, IsShownOrReplaced) {
-    const auto& [call, words] = GetParam();
+    const Call* const call = GetParam().call;
+    const Words* const words = GetParam().words;
     healthy(call->way);
     const auto code = static_cast<HRESULT>(ECapeComputationHR);
     scripted::Script& script = scriptOf(call->object);

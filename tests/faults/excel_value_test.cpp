@@ -142,7 +142,8 @@ std::vector<Case> allCases() {
 class ExcelsAnswer : public Stage, public ::testing::WithParamInterface<Case> {};
 
 TEST_P(ExcelsAnswer, IsJudged) {
-    const auto& [reading, answer] = GetParam();
+    const Reading* const reading = GetParam().reading;
+    const Answer* const answer = GetParam().answer;
     const Call& call = callNamed(reading->call);
     healthy(call.way);
     const com::com_ptr<FaultyObject> object = objectNamed(call.object);
@@ -227,8 +228,9 @@ class ExcelsWords : public Stage, public ::testing::WithParamInterface<Words> {}
 
 TEST_P(ExcelsWords, AreShown) {
     const Words& words = GetParam();
-    for (const auto& [way, object] :
-         {std::pair{"CapeOpenMixtureProperty of cells", "cells"}, std::pair{"ValueFromRange", "cell"}}) {
+    for (const char* const name : {"ValueOfCells", "ValueForTheFrontEnd"}) {
+        const std::string& way = callNamed(name).way;
+        const std::string& object = callNamed(name).object;
         healthy(way);
         const std::string result = go(way, [&] {
             objectNamed(object)->failsToRead(L"Value", DISP_E_EXCEPTION);

@@ -47,7 +47,9 @@ std::vector<Case> allCases() {
 class FailureCode : public Stage, public ::testing::WithParamInterface<Case> {
   protected:
     static std::string outcome() {
-        const auto& [call, code, manner] = GetParam();
+        const Call* const call = GetParam().call;
+        const Code* const code = GetParam().code;
+        const Manner manner = GetParam().manner;
         if (manner == Manner::nothing) {
             return call->failure;
         }
@@ -58,7 +60,8 @@ class FailureCode : public Stage, public ::testing::WithParamInterface<Case> {
         return call->outcome(code->name);
     }
     static std::string reason() {
-        const auto& [call, code, manner] = GetParam();
+        const Code* const code = GetParam().code;
+        const Manner manner = GetParam().manner;
         return manner == Manner::spoken ? spokenWords
                : code->words != nullptr ? code->words
                                         : systemText(code->value);
@@ -66,7 +69,9 @@ class FailureCode : public Stage, public ::testing::WithParamInterface<Case> {
 };
 
 TEST_P(FailureCode, IsTold) {
-    const auto& [call, code, manner] = GetParam();
+    const Call* const call = GetParam().call;
+    const Code* const code = GetParam().code;
+    const Manner manner = GetParam().manner;
     const std::string& way = call->way;
     healthy(way);
     const HRESULT value = manner == Manner::nothing ? S_OK : code->value;

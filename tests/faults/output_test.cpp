@@ -76,7 +76,8 @@ class Output : public Stage {
 class OutputValue : public Output, public ::testing::WithParamInterface<Case> {};
 
 TEST_P(OutputValue, IsChecked) {
-    const auto& [row, fault] = GetParam();
+    const ArrayRow* const row = GetParam().row;
+    const ValueFault* const fault = GetParam().fault;
     const std::string result = goWith(*row, fault->make);
     expectOutcome(*row, result, outcomeOf(*row, fault->effect, false), checkText(*row, fault->effect), fault,
                   "");
@@ -132,7 +133,8 @@ std::vector<TextCase> textCases() {
 class OutputText : public Output, public ::testing::WithParamInterface<TextCase> {};
 
 TEST_P(OutputText, IsTakenOrRefused) {
-    const auto& [row, text] = GetParam();
+    const ArrayRow* const row = GetParam().row;
+    const Text* const text = GetParam().text;
     const bool isNull = std::string_view{text->name} == "Null";
     const std::string& outcome = isNull ? row->null : text->text.empty() ? row->empty : row->odd;
     const std::string result = goWith(*row, [&](const VARIANT& honest) {

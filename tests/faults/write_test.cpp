@@ -140,7 +140,8 @@ std::vector<Case> allCases() {
 class WrittenValue : public Writes, public ::testing::WithParamInterface<Case> {};
 
 TEST_P(WrittenValue, IsChecked) {
-    const auto& [row, fault] = GetParam();
+    const ArrayRow* const row = GetParam().row;
+    const ValueFault* const fault = GetParam().fault;
     const std::string without = withoutFault(*row);
     const com::variant honest = writeOf(*row).honest();
     const com::variant values = fault->make(honest);
@@ -200,7 +201,9 @@ std::vector<LabelCase> labelCases() {
 class WrittenLabel : public Writes, public ::testing::WithParamInterface<LabelCase> {};
 
 TEST_P(WrittenLabel, IsFoundOrRefused) {
-    const auto& [row, name, text, isNull] = GetParam();
+    const ArrayRow* const row = GetParam().row;
+    const std::wstring& text = GetParam().text;
+    const bool isNull = GetParam().isNull;
     const com::variant values = withFirst(labels(), isNull ? nullptr : &text);
     const std::string without = withoutFault(*row);
     const std::string result = goWriting(*row, values);
