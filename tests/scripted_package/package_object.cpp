@@ -236,7 +236,7 @@ HRESULT STDMETHODCALLTYPE PackageObject::IsDirty() noexcept {
 HRESULT STDMETHODCALLTYPE PackageObject::Load(IStream* stream) noexcept {
     return respond("Load", {argument(stream)}, {}, [&] {
         std::string state;
-        std::array<char, 256> buffer;
+        std::array<char, 256> buffer{};
         ULONG read = 0;
         do {
             if (FAILED(stream->Read(buffer.data(), static_cast<ULONG>(buffer.size()), &read))) {

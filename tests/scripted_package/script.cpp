@@ -125,7 +125,7 @@ void Script::failsAt(std::size_t number, std::string method, HRESULT code, std::
              if (++*calls != number) {
                  return call.healthy();
              }
-             throw failure;
+             throw Failure{failure};
          });
 }
 

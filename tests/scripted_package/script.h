@@ -83,7 +83,7 @@ struct Record {
 };
 
 struct Failure {
-    HRESULT code;
+    HRESULT code = E_FAIL;
     std::wstring description; ///< what ECapeUser then says
     std::wstring name;        ///< what ECapeRoot then says
 };

@@ -95,7 +95,7 @@ void removeTree(Writer& registry, HKEY parent, const std::wstring& name) {
         }
         registry.note(opened);
         wchar_t child[256];
-        DWORD length = static_cast<DWORD>(std::size(child));
+        auto length = static_cast<DWORD>(std::size(child));
         while (key && RegEnumKeyExW(key.get(), 0, child, &length, nullptr, nullptr, nullptr, nullptr) ==
                           ERROR_SUCCESS) {
             removeTree(registry, key.get(), child);
