@@ -124,7 +124,7 @@ TEST(Options, CheckTakesANameAndConditions) {
     const Command command =
         readCommandLine(Words{"check", "Gas", "--package", "Gas=P", "--temperature", "300",
                               "--temperature=350.5", "--pressure", "1e5", "--composition", "1,0.5,0"});
-    const Check& check = std::get<Check>(command);
+    const auto& check = std::get<Check>(command);
     EXPECT_EQ(check.name, "Gas");
     EXPECT_EQ(check.packages.named, (std::vector<PackageOption>{{"Gas", "P", std::nullopt}}));
     EXPECT_EQ(check.choices.temperatures, (std::vector{300.0, 350.5}));
@@ -134,7 +134,7 @@ TEST(Options, CheckTakesANameAndConditions) {
 
 TEST(Options, CheckTakesAProgIdForTheName) {
     const Command command = readCommandLine(Words{"check", "Some.Manager!heavy oil"});
-    const Check& check = std::get<Check>(command);
+    const auto& check = std::get<Check>(command);
     EXPECT_EQ(check.packages.named,
               (std::vector<PackageOption>{{"Some.Manager!heavy oil", "Some.Manager", "heavy oil"}}));
 }
