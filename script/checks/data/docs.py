@@ -31,6 +31,7 @@ covered = {
     "cscript //nologo services.vbs": "services",
     "start /wait quorvane-VERSION-setup.exe": "installer",
     'cd /d "%LOCALAPPDATA%\\Programs\\Quorvane"': "installer",
+    "cd build/release": "release",
     "register.cmd": "installer",
     "unregister.cmd": "installer",
     "quorvane-sheet check Tarnwick.PengRobinson.1": "demo",
