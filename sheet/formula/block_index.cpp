@@ -7,7 +7,7 @@ namespace sheet::formula {
 void BlockIndex::add(std::size_t number, const Block& block) {
     const TileSize size{static_cast<unsigned>(std::bit_width(block.rows - 1)),
                         static_cast<unsigned>(std::bit_width(block.columns - 1))};
-    const std::pair tile{block.first.column >> size.columns, block.first.row >> size.rows};
+    const std::pair tile{block.first.column >> size.second, block.first.row >> size.first};
     sizes_[size][tile].push_back({block, number});
 }
 
@@ -18,10 +18,11 @@ std::size_t BlockIndex::find(const Block& block, std::vector<std::size_t>& found
     };
     std::size_t looked = 0;
     for (const auto& [size, tiles] : sizes_) {
-        const std::size_t lastRow = (block.endRow() - 1) >> size.rows;
-        const std::size_t lastColumn = (block.endColumn() - 1) >> size.columns;
-        const std::size_t firstRow = firstTile(block.first.row, size.rows);
-        auto tile = tiles.lower_bound({firstTile(block.first.column, size.columns), firstRow});
+        const auto [rowBits, columnBits] = size;
+        const std::size_t lastRow = (block.endRow() - 1) >> rowBits;
+        const std::size_t lastColumn = (block.endColumn() - 1) >> columnBits;
+        const std::size_t firstRow = firstTile(block.first.row, rowBits);
+        auto tile = tiles.lower_bound({firstTile(block.first.column, columnBits), firstRow});
         while (tile != tiles.end() && tile->first.first <= lastColumn) {
             const auto [column, row] = tile->first;
             if (row < firstRow) {

@@ -20,13 +20,8 @@ class BlockIndex {
     std::size_t find(const Block& block, std::vector<std::size_t>& found) const;
 
   private:
-    // Tiles have 2^rows times 2^columns cells.
-    struct TileSize {
-        unsigned rows;
-        unsigned columns;
-
-        auto operator<=>(const TileSize&) const = default;
-    };
+    // Tiles of sizes (r, c) have 2^r rows and 2^c columns.
+    using TileSize = std::pair<unsigned, unsigned>;
     struct Entry {
         Block block;
         std::size_t number;
