@@ -173,7 +173,7 @@ class CheckTest : public testing::Test {
     std::vector<std::string> found() { return misses(check()); }
 
     // The property's values are multiplied.
-    void plant(std::string property, double factor) {
+    void plant(const std::string& property, double factor) {
         ideal_->spoilProperty = [=](std::string_view name, const ideal::State&, std::vector<double>& values) {
             for (double& value : values) {
                 value *= name == property ? factor : 1.0;
