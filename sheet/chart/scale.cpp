@@ -4,12 +4,22 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 
 namespace sheet::chart {
 
 namespace {
 
 constexpr double wantedSteps = 6.0;
+// Steps of at least a sixth of the span, and a part of one at either end.
+constexpr int mostSteps = 12;
+// Relative to the values: what is closer are rounding errors.
+constexpr double leastSpan = 1e-9;
+// Of less, steps and powers of ten would vanish.
+constexpr double smallest = 1e-290;
+constexpr double largest = std::numeric_limits<double>::max();
+
+double atMost(double size, double value) { return std::clamp(value, -size, size); }
 
 // 1, 2, 2.5 or 5 times a power of ten, at least `width`.
 double roundStep(double width) {
@@ -34,7 +44,7 @@ std::string labelOf(double value, double step) {
     // As many decimals as the step needs.
     int decimals = 0;
     double scaled = step;
-    while (decimals < 9 && std::abs(scaled - std::round(scaled)) > 1e-6 * scaled) {
+    while (decimals < 15 && std::abs(scaled - std::round(scaled)) > 1e-6 * scaled) {
         scaled *= 10.0;
         ++decimals;
     }
@@ -46,23 +56,27 @@ std::string labelOf(double value, double step) {
 } // namespace
 
 Scale scaleFor(double lowest, double highest) {
-    if (lowest == highest) { // a single value stands in the middle
-        const double around = lowest == 0.0 ? 1.0 : std::abs(lowest) * 0.1;
-        lowest -= around;
-        highest += around;
+    const double size = std::max(std::abs(lowest), std::abs(highest));
+    // A single value stands in the middle, and so do values that differ by rounding only.
+    if (size < smallest || highest / 2.0 - lowest / 2.0 <= leastSpan * size / 2.0) {
+        const double around = size < smallest ? 1.0 : size * 0.1;
+        lowest = atMost(largest, lowest - around);
+        highest = atMost(largest, highest + around);
     }
-    const double step = roundStep((highest - lowest) / wantedSteps);
+    const double step = roundStep(highest / wantedSteps - lowest / wantedSteps);
     const double from = std::floor(lowest / step + 1e-9);
     const double to = std::ceil(highest / step - 1e-9);
-    Scale scale{from * step, to * step, {}, {}, 0};
+    Scale scale{atMost(largest, from * step), atMost(largest, to * step), {}, {}, 0};
     scale.power = powerFor(std::max(std::abs(scale.first), std::abs(scale.last)));
     const double unit = std::pow(10.0, scale.power);
     // Counted, as adding one to a large number may leave it as it is.
-    const int steps = static_cast<int>(to - from);
+    const int steps = std::min(static_cast<int>(to - from), mostSteps);
     for (int i = 0; i <= steps; ++i) {
         const double tick = (from + i) * step;
-        scale.ticks.push_back(tick);
-        scale.labels.push_back(labelOf(tick / unit, step / unit));
+        if (std::abs(tick) <= largest) {
+            scale.ticks.push_back(tick);
+            scale.labels.push_back(labelOf(tick / unit, step / unit));
+        }
     }
     return scale;
 }

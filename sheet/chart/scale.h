@@ -7,14 +7,16 @@
 namespace sheet::chart {
 
 struct Scale {
-    double first = 0.0; // the axis begins and ends at a tick
+    double first = 0.0; // the axis begins and ends at a tick, or at the largest number that there is
     double last = 1.0;
     std::vector<double> ticks;
     std::vector<std::string> labels; // of the ticks, without the power of ten
     int power = 0;                   // of ten, which the labels leave out; a multiple of 3
 
     /// From 0 at the first tick to 1 at the last.
-    double placeOf(double value) const { return (value - first) / (last - first); }
+    double placeOf(double value) const {
+        return (value / 2.0 - first / 2.0) / (last / 2.0 - first / 2.0); // no overflow
+    }
 };
 
 /// For values from `lowest` to `highest`, both finite.
