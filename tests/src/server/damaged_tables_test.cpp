@@ -1,8 +1,8 @@
 // Damaged tables through the service of the built add-in, as the front end hands them over. The function
 // behind the service takes ten thousand of them in workbook_memory_test. This program has no screen, so that
 // message boxes end at once.
+#include "tests/leak_gate/allocations.h"
 #include "tests/src/server/worksheet.h"
-#include "tests/src/workbook/heap.h"
 #include "tests/src/workbook/mutator.h"
 
 #include <functional>
@@ -66,12 +66,12 @@ TEST_F(DamagedTables, EndInPackagesOrMessagesAndLeakNothing) {
     for (int i = 0; i < 100; ++i) { // what is made once is made here
         survive(mutator.next());
     }
-    const quorvane::AutomationBlocks automation;
+    const leak_gate::AllocationUse automation{leak_gate::comAllocator};
     for (int i = 0; i < 500; ++i) {
         survive(mutator.next());
         ASSERT_EQ(scripted::liveObjects(), 0) << "after table " << i;
     }
-    EXPECT_EQ(automation.left(), 0);
+    EXPECT_EQ(automation.blocks(), 0);
     // The damage was neither too small nor too large to tell anything.
     EXPECT_GT(refused, 3);
     EXPECT_GT(told, 30);

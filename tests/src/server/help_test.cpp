@@ -1,5 +1,6 @@
 // The help button, with copies of the built DLL and a stand-in for the viewer of Windows, registered as that
 // is. A copy in its own folder has its own memory of the viewer, like a new process.
+#include "tests/leak_gate/state.h"
 #include "tests/src/server/add_in.h"
 
 #include <cstdio>
@@ -20,6 +21,7 @@ Function exported(HMODULE module, const char* name) {
 
 class Help : public ::testing::Test {
   protected:
+    static void SetUpTestSuite() { leak_gate::leaveOutWhatUnloadedDllsKeep(); }
     void SetUp() override {
         static int number = 0;
         folder = std::filesystem::temp_directory_path() /

@@ -120,6 +120,7 @@ TEST_F(LateBinding, AServiceTakesAWorkbookAndGivesAList) {
                      &result),
               S_OK);
     EXPECT_EQ(shown(result), "list: Vapor | Liquid");
+    result.clear();
     ASSERT_EQ(invoke(idOf(L"GetPhaseType"),
                      arguments(text(L"Liquid"), text(L"P"), com::variant::object(workbook->dispatch())),
                      &result),

@@ -1,5 +1,5 @@
 // States of a size that packages really have, and of one that only a hostile workbook has.
-#include "tests/src/workbook/heap.h"
+#include "tests/leak_gate/allocations.h"
 #include "tests/src/workbook/persistence_fixture.h"
 
 #include "src/workbook/saved_state/state_text.h"
@@ -66,7 +66,7 @@ TEST_F(LargeState, Of256MegabytesIsRestored) {
 }
 TEST_F(LargeState, BeyondThatIsToldAndUsesNoMoreMemory) {
     const com::variant table = tableOfZeros({300, 257});
-    const HeapUse heap;
+    const leak_gate::AllocationUse heap;
     restore(table);
     EXPECT_THAT(messages, testing::ElementsAre(
                               "Cannot restore property package from Scripted: the saved state is too large; "

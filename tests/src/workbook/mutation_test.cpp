@@ -1,5 +1,5 @@
 // Ten thousand damaged tables: each is restored or refused, nothing is leaked, and little memory is used.
-#include "tests/src/workbook/heap.h"
+#include "tests/leak_gate/allocations.h"
 #include "tests/src/workbook/mutator.h"
 #include "tests/src/workbook/persistence_fixture.h"
 
@@ -42,16 +42,16 @@ class Mutations : public PersistenceTest {
 };
 
 TEST_F(Mutations, LeaksWouldBeSeen) {
-    const AutomationBlocks automation;
-    const HeapUse heap;
+    const leak_gate::AllocationUse automation{leak_gate::comAllocator};
+    const leak_gate::AllocationUse heap;
     com::unique_bstr text = com::makeBstr(L"a text");
     auto bytes = std::make_unique<Bytes>(1000);
-    EXPECT_GT(automation.left(), 0);
+    EXPECT_GT(automation.blocks(), 0);
     EXPECT_EQ(heap.blocks(), 2);
     EXPECT_GE(heap.peakBytes(), 1000U);
     text.reset();
     bytes.reset();
-    EXPECT_EQ(automation.left(), 0);
+    EXPECT_EQ(automation.blocks(), 0);
     EXPECT_EQ(heap.blocks(), 0);
 }
 TEST_F(Mutations, EndInPackagesOrMessagesAndLeakNothing) {
@@ -59,8 +59,8 @@ TEST_F(Mutations, EndInPackagesOrMessagesAndLeakNothing) {
     for (int i = 0; i < 200; ++i) { // what is made once is made here
         survive(mutator.next());
     }
-    const AutomationBlocks automation;
-    const HeapUse heap;
+    const leak_gate::AllocationUse automation{leak_gate::comAllocator};
+    const leak_gate::AllocationUse heap;
     int refused = 0;
     for (int i = 0; i < mutationCount; ++i) {
         refused += survive(mutator.next()) ? 0 : 1;
@@ -68,7 +68,7 @@ TEST_F(Mutations, EndInPackagesOrMessagesAndLeakNothing) {
     }
     EXPECT_EQ(heap.blocks(), 0);
     EXPECT_LT(heap.peakBytes(), memoryBound);
-    EXPECT_EQ(automation.left(), 0);
+    EXPECT_EQ(automation.blocks(), 0);
     // The damage was neither too small nor too large to tell anything.
     EXPECT_GT(refused, 50);
     EXPECT_GT(told, 500U);

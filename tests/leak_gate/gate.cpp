@@ -1,0 +1,68 @@
+// The leak gate. It is linked into every test program for Windows and fails a test that leaves behind what it
+// did not find: memory of the C++ heap (of the program and of each of our DLLs), memory of COM (BSTRs, safe
+// arrays), live COM objects, kernel handles, windows and their kin.
+//
+// What is made once and kept is no leak: type libraries, tables, what the system keeps of its own. No list of
+// such things is needed, because they do not grow: a test that leaves something is run alone, in a process of
+// its own, three times over, and has leaked when the third time leaves something as well.
+//
+// A test that fails or is skipped is not judged: googletest keeps what it says about it.
+#include "tests/leak_gate/hooks.h"
+#include "tests/leak_gate/run_again.h"
+#include "tests/leak_gate/state.h"
+
+#include <gtest/gtest.h>
+
+namespace leak_gate {
+
+namespace {
+
+class Gate final : public testing::EmptyTestEventListener {
+  public:
+    Gate() { watchLoadedModules(); }
+
+    void OnTestIterationStart(const testing::UnitTest&, int iteration) override { iteration_ = iteration; }
+
+    void OnTestStart(const testing::TestInfo&) override {
+        watchLoadedModules();
+        before_ = State::now();
+    }
+
+    void OnTestEnd(const testing::TestInfo& test) override {
+        if (!test.result()->Passed()) {
+            return;
+        }
+        const std::string change = State::now().changeSince(before_);
+        if (change.empty()) {
+            return;
+        }
+        if (!isRunAgain()) {
+            judge(test, change);
+        } else if (iteration_ + 1 == timesRunAgain) {
+            ADD_FAILURE() << "The test leaves behind:\n" << change;
+        }
+    }
+
+  private:
+    static void judge(const testing::TestInfo& test, const std::string& change) {
+        const Outcome again = runAgain(std::string{test.test_suite_name()} + "." + test.name());
+        if (!again.passed) {
+            ADD_FAILURE() << "The test leaves behind:\n"
+                          << change << "and alone, run for the third time:\n"
+                          << again.said;
+        }
+    }
+
+    State before_;
+    int iteration_ = 0;
+};
+
+// Before main: whatever the program's own main does, it cannot forget the gate.
+const bool installed = [] {
+    testing::UnitTest::GetInstance()->listeners().Append(new Gate);
+    return true;
+}();
+
+} // namespace
+
+} // namespace leak_gate

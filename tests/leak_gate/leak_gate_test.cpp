@@ -1,0 +1,203 @@
+// Tests that leak on purpose, and how the gate tells of them. They exist only in the process that the gate
+// starts.
+#include "com/com_object.h"
+#include "com/com_ptr.h"
+#include "com/owned.h"
+#include "tests/leak_gate/allocations.h"
+#include "tests/leak_gate/run_again.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace leak_gate {
+
+namespace {
+
+class Leaking final : public testing::Test {
+  public:
+    explicit Leaking(std::function<void()> body) : body_{std::move(body)} {}
+    void TestBody() override { body_(); }
+
+  private:
+    std::function<void()> body_;
+};
+
+class Nothing final : public com::COMObject {
+  public:
+    void* findInterface(REFIID) noexcept override { return nullptr; }
+};
+
+std::vector<void*> lost;
+void lose(void* thing) { lost.push_back(thing); }
+
+int runs = 0;
+
+struct Leak {
+    const char* test;
+    void (*body)();
+};
+
+const Leak leaks[] = {
+    {"Nothing", [] { EXPECT_TRUE(com::makeBstr(L"a text").get() != nullptr); }},
+    {"ObjectOnTheHeap", [] { lose(new int{1}); }},
+    {"BlockOfTheCHeap", [] { lose(std::calloc(2, 50)); }},
+    {"GrownBlock", [] { lose(std::realloc(std::malloc(10), 1000)); }},
+    {"Text", [] { lose(com::makeBstr(L"a text").release()); }},
+    {"Array", [] { lose(SafeArrayCreateVector(VT_R8, 0, 3)); }},
+    {"TaskMemory", [] { lose(CoTaskMemAlloc(30)); }},
+    {"Reference", [] { com::make<Nothing>()->AddRef(); }},
+    {"ReleaseOnceTooOften",
+     [] {
+         // Of an object that lived before the test, as a caller's does.
+         static Nothing* kept = nullptr;
+         if (kept == nullptr) {
+             kept = com::make<Nothing>().release();
+         }
+         if (++runs == timesRunAgain) {
+             kept->Release();
+         }
+     }},
+    {"RegistryKey",
+     [] {
+         HKEY key = nullptr;
+         RegOpenKeyExW(HKEY_CURRENT_USER, L"Software", 0, KEY_READ, &key);
+         EXPECT_NE(key, nullptr);
+     }},
+    {"Event", [] { lose(CreateEventW(nullptr, TRUE, FALSE, nullptr)); }},
+    {"WriteBeyondTheEnd",
+     [] {
+         const volatile std::size_t length = 10; // so that the compiler does not see through it
+         auto* const block = static_cast<volatile char*>(std::malloc(length));
+         block[length] = 1;
+         std::free(const_cast<char*>(block));
+     }},
+    {"MadeOnceAndKept",
+     [] {
+         static const auto* const kept = new std::vector<int>(1000);
+         EXPECT_EQ(kept->size(), 1000U);
+     }},
+    {"MadeWhenNeeded",
+     [] {
+         if (++runs == 2) {
+             lose(new int{1});
+         }
+     }},
+};
+
+const bool registered = [] {
+    lost.reserve(100);
+    for (const Leak& leak : leaks) {
+        if (isRunAgain()) {
+            testing::RegisterTest("Leaks", leak.test, nullptr, nullptr, __FILE__, __LINE__,
+                                  [&leak]() -> testing::Test* { return new Leaking{leak.body}; });
+        }
+    }
+    return true;
+}();
+
+// What the gate says of the test when it has run for the last time; "passed" when it is content.
+std::string verdict(const std::string& test) {
+    const Outcome outcome = runAgain("Leaks." + test);
+    if (outcome.passed) {
+        return outcome.said.find("[       OK ] Leaks." + test) == std::string::npos ? "did not run"
+                                                                                    : "passed";
+    }
+    const std::string opening = "The test leaves behind:";
+    const auto from = outcome.said.find(opening);
+    if (from == std::string::npos) {
+        return outcome.said;
+    }
+    std::string lines = outcome.said.substr(from + opening.size());
+    lines.resize(lines.find("\n\n") == std::string::npos ? lines.find("\r\n\r\n") : lines.find("\n\n"));
+    std::erase(lines, '\r');
+    return lines;
+}
+
+TEST(LeakGate, LetsATestPassThatLeavesNothing) { EXPECT_EQ(verdict("Nothing"), "passed"); }
+TEST(LeakGate, CatchesAnObjectOnTheHeap) {
+    EXPECT_EQ(verdict("ObjectOnTheHeap"), "\n  the test program: 1 block, 4 bytes");
+}
+TEST(LeakGate, CatchesABlockOfTheCHeap) {
+    EXPECT_EQ(verdict("BlockOfTheCHeap"), "\n  the test program: 1 block, 100 bytes");
+}
+TEST(LeakGate, CatchesABlockThatGrew) {
+    EXPECT_EQ(verdict("GrownBlock"), "\n  the test program: 1 block, 1000 bytes");
+}
+TEST(LeakGate, CatchesAText) {
+    EXPECT_THAT(verdict("Text"), testing::StartsWith("\n  COM's allocator: 1 block, "));
+}
+TEST(LeakGate, CatchesAnArray) {
+    EXPECT_THAT(verdict("Array"), testing::StartsWith("\n  COM's allocator: "));
+}
+TEST(LeakGate, CatchesTaskMemory) {
+    EXPECT_EQ(verdict("TaskMemory"), "\n  COM's allocator: 1 block, 30 bytes");
+}
+TEST(LeakGate, CatchesAReference) {
+    EXPECT_EQ(verdict("Reference"),
+              "\n  the test program: 1 block, 16 bytes\n  1 live COM objects of the test program");
+}
+TEST(LeakGate, CatchesAReleaseTooManyOfAnObjectFromBefore) {
+    EXPECT_EQ(verdict("ReleaseOnceTooOften"), "\n  -1 live COM objects of the test program");
+}
+TEST(LeakGate, CatchesARegistryKey) { EXPECT_EQ(verdict("RegistryKey"), "\n  1 kernel handles"); }
+TEST(LeakGate, CatchesAnEvent) { EXPECT_EQ(verdict("Event"), "\n  1 kernel handles"); }
+TEST(LeakGate, CatchesAWriteBeyondTheEndOfABlock) {
+    EXPECT_EQ(verdict("WriteBeyondTheEnd"), "\n  1 blocks written beyond their end");
+}
+TEST(LeakGate, LetsATestPassThatMakesOnceWhatIsKept) { EXPECT_EQ(verdict("MadeOnceAndKept"), "passed"); }
+TEST(LeakGate, LetsATestPassThatMakesWhatIsKeptTheSecondTime) {
+    EXPECT_EQ(verdict("MadeWhenNeeded"), "passed");
+}
+TEST(LeakGate, KnowsOnlyTheModulesBesideTheProgram) {
+    EXPECT_THROW(ownerOf("kernel32.dll"), std::invalid_argument);
+}
+
+TEST(LeakGate, CountsWhatIsAllocatedAndTheMostAtATime) {
+    const AllocationUse use;
+    {
+        const std::vector<char> first(1000);
+        EXPECT_EQ(use.blocks(), 1);
+    }
+    const std::vector<char> second(500);
+    EXPECT_EQ(use.blocks(), 1);
+    EXPECT_EQ(use.allocations(), 2);
+    EXPECT_EQ(use.peakBytes(), 1000);
+}
+
+TEST(LeakGate, RefusesOneAllocation) {
+    const Refusal refusal{testProgram, 2, Refusal::Extent::One};
+    EXPECT_FALSE(refusal.happened());
+    const std::unique_ptr<int> first{new (std::nothrow) int};
+    const std::unique_ptr<int> second{new (std::nothrow) int};
+    const std::unique_ptr<int> third{new (std::nothrow) int};
+    EXPECT_TRUE(first != nullptr && second == nullptr && third != nullptr);
+    EXPECT_TRUE(refusal.happened());
+}
+TEST(LeakGate, RefusesAllAllocationsFromOneOn) {
+    void* blocks[3] = {};
+    {
+        const Refusal refusal{testProgram, 2, Refusal::Extent::AllFromThereOn};
+        for (void*& block : blocks) {
+            block = std::malloc(10);
+        }
+    }
+    EXPECT_TRUE(blocks[0] != nullptr && blocks[1] == nullptr && blocks[2] == nullptr);
+    std::free(blocks[0]);
+    EXPECT_NO_THROW(std::make_unique<int>(1));
+}
+TEST(LeakGate, RefusesWhatCOMWouldAllocateForAModule) {
+    com::unique_bstr first, second, third;
+    {
+        const auto refusal = Refusal::ofCom(testProgram, 2, Refusal::Extent::One);
+        first.reset(SysAllocString(L"first"));
+        second.reset(SysAllocString(L"second"));
+        third.reset(SysAllocString(L"third"));
+    }
+    EXPECT_TRUE(first && !second && third);
+}
+
+} // namespace
+
+} // namespace leak_gate
