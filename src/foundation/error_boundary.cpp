@@ -32,6 +32,16 @@ com::unique_bstr currentFailureMessage() noexcept {
     }
 }
 
+bool currentFailureHasText() noexcept {
+    try {
+        throw;
+    } catch (const WException& failure) {
+        return failure.message() != nullptr;
+    } catch (...) {
+        return true;
+    }
+}
+
 void installErrorInfo(BSTR description, REFIID iid) noexcept {
     com::com_ptr<ICreateErrorInfo> creator;
     if (FAILED(CreateErrorInfo(creator.put()))) {

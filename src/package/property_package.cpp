@@ -178,6 +178,7 @@ void PropertyPackage::ensureMaterial() {
         material->forgetOwner();
         throw CWStrException{changedMeanwhile};
     }
+    releaseMaterial();
     material_ = std::move(material);
 }
 

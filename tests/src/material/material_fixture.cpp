@@ -61,6 +61,7 @@ MaterialTest::MaterialTest() : material{com::make<MaterialObject11>(owner)} {
 }
 
 MaterialTest::~MaterialTest() {
+    material->forgetOwner();
     material.reset();
     EXPECT_EQ(com::liveObjects, liveBefore) << "the material was not released";
 }
