@@ -1,0 +1,24 @@
+// What does not depend on the machine: allocations and calls across interfaces of a steady worksheet call.
+#include "bench/figures.h"
+#include "bench/mixture_scene.h"
+#include "bench/steady_counts.h"
+
+namespace bench {
+
+void allocations(Report& report, const Server& server) {
+    if (!report.wants("per call")) {
+        return;
+    }
+    MixtureScene scene{server, {}};
+    const SteadyCounts client = steadyCounts(server, [&] { scene.client(); });
+    const SteadyCounts byVtable = steadyCounts(server, [&] { scene.addInByVtable(); });
+    const SteadyCounts byInvoke = steadyCounts(server, [&] { scene.addInByInvoke(); });
+    report.count("own heap allocations per call, vtable", "", byVtable.heap, 0.0);
+    report.count("own heap allocations per call, Invoke", "", byInvoke.heap, 0.0);
+    report.count("COM allocations per call, vtable", "hand-written client", byVtable.com, client.com);
+    report.note("COM allocations per call, Invoke", byInvoke.com);
+    report.note("calls across interfaces per call, hand-written client", client.interfaces);
+    report.note("calls across interfaces per call, vtable", byVtable.interfaces);
+}
+
+} // namespace bench
