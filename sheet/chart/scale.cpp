@@ -33,11 +33,11 @@ double roundStep(double width) {
 }
 
 // Labels of 100000 and more, or below 0.001, share a power of ten.
-int powerFor(double largest) {
-    if (largest == 0.0 || (largest >= 1e-3 && largest < 99'999.5)) {
+int powerFor(double size) {
+    if (size == 0.0 || (size >= 1e-3 && size < 99'999.5)) {
         return 0;
     }
-    return 3 * static_cast<int>(std::floor(std::log10(largest) / 3.0));
+    return 3 * static_cast<int>(std::floor(std::log10(size) / 3.0));
 }
 
 std::string labelOf(double value, double step) {
