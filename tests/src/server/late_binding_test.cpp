@@ -43,6 +43,14 @@ TEST_F(LateBinding, ServicesAreReachedByNameToo) {
     EXPECT_EQ(idOf(L"GetPackageInfo"), 0x60030014);
     EXPECT_EQ(idOf(L"OnConnection"), DISPID_UNKNOWN);
 }
+TEST_F(LateBinding, ACallWithoutAPlaceForItsParametersIsRefused) {
+    EXPECT_EQ(addIn->Invoke(0x60020000, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, nullptr, nullptr,
+                            nullptr, nullptr),
+              E_INVALIDARG);
+}
+TEST_F(LateBinding, TheCountOfTypeDescriptionsNeedsAPlace) {
+    EXPECT_EQ(addIn->GetTypeInfoCount(nullptr), E_POINTER);
+}
 TEST_F(LateBinding, AFunctionIsCalledByItsMemberIdentifier) {
     com::variant result;
     ASSERT_EQ(invoke(unitOfMeasure, arguments(text(L"mass"), text(L"volume")), &result), S_OK);

@@ -67,6 +67,22 @@ TEST_F(ReEntrancy, AShutdownDuringACalculationEndsInAResult) {
     EXPECT_NE(flash({}), "");
     EXPECT_EQ(scripted::liveObjects(), 0);
 }
+TEST_F(ReEntrancy, ANameThatIsTakenWhileItsPackageStartsStaysWithWhoTookIt) {
+    bool isInside = false;
+    HRESULT inner = E_UNEXPECTED;
+    package->hook("Initialize", [&](scripted::Call& call) {
+        if (!isInside) {
+            isInside = true;
+            inner = create(book(), L"Q");
+        }
+        return call.healthy();
+    });
+    SetErrorInfo(0, nullptr);
+    EXPECT_EQ(create(book(), L"Q"), E_FAIL);
+    EXPECT_EQ(inner, S_OK);
+    EXPECT_EQ(errorInfo(), "Quorvane.Excel: A package with the given name already exists in this workbook");
+    EXPECT_EQ(show(L"CapeOpenPackageNames"), "P | Q");
+}
 TEST_F(ReEntrancy, APackageMayLookAroundInItsWorkbookWhileItIsReleased) {
     std::string names;
     package->hook("Terminate", [&](scripted::Call&) {
