@@ -62,6 +62,9 @@ class Asker {
         : package_{package}, spot_{spot}, report_{report} {}
 
     void ask(const ListedProperty& listed) {
+        if (!package_.offers(listed.name, spot_.place.phases)) {
+            return; // askForListed() tells
+        }
         listed_ = &listed;
         exchanges_.clear();
         now_ = package_.property(listed.name, spot_.place);
@@ -97,11 +100,19 @@ class Asker {
         return std::move(found.values);
     }
 
-    // `range` is what the variable may change by, so that the property over it is the size of a slope.
-    void compare(const Question& question, double found, const Slope& slope, double property, double range,
+    bool mayBeInfinite(std::size_t value, double shown) const {
+        return !std::isfinite(shown) && spot_.place.isOfAbsent(value, listed_->rank);
+    }
+
+    // Of one value of the property. `range` is what the variable may change by, so that the property over it
+    // is the size of a slope.
+    void compare(const Question& question, std::size_t value, double found, const Slope& slope, double range,
                  const std::string& where) {
-        const double size =
-            std::max({std::abs(found), std::abs(slope.value), leastSlope * std::abs(property) / range});
+        if (mayBeInfinite(value, found + slope.value)) {
+            return;
+        }
+        const double size = std::max(
+            {std::abs(found), std::abs(slope.value), leastSlope * std::abs(now_.values[value]) / range});
         double deviation = std::abs(found - slope.value);
         if (deviation > question.tolerance * size) { // the difference itself may not be that good
             deviation = std::max(deviation - slope.uncertainty, 0.0);
@@ -122,7 +133,7 @@ class Asker {
             },
             step * value);
         for (std::size_t i = 0; i < expected.size() && i < found.size(); ++i) {
-            compare(question, found[i], expected[i], now_.values[i], value, whereOf(i));
+            compare(question, i, found[i], expected[i], value, whereOf(i));
         }
     }
 
@@ -151,8 +162,8 @@ class Asker {
         const std::size_t compounds = package_.compounds().size();
         const std::vector<Slope>& expected = exchange(phase, c, reference);
         for (std::size_t i = 0; i < expected.size(); ++i) {
-            compare(question, found[i * compounds + c] - found[i * compounds + reference], expected[i],
-                    now_.values[i], 1.0, package_.compounds()[c] + ", " + whereOf(i));
+            compare(question, i, found[i * compounds + c] - found[i * compounds + reference], expected[i],
+                    1.0, package_.compounds()[c] + ", " + whereOf(i));
         }
     }
 
@@ -185,6 +196,9 @@ class Asker {
                 size = std::max(size, std::abs(term));
             }
             const double expected = listed_->extensive ? now_.values[i] : 0.0;
+            if (mayBeInfinite(i, sum + expected)) {
+                continue;
+            }
             report_.compare(byMoles, listed_->name, "their sum, " + whereOf(i),
                             size == 0.0 ? 0.0 : std::abs(sum - expected) / size);
         }

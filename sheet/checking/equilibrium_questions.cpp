@@ -108,9 +108,13 @@ void askForFugacities(const Package& package, const std::vector<Spot>& spots, Re
 void askForKValues(const Package& package, const Spot& twoPhases, Report& report) {
     constexpr std::array<std::string_view, 2> names{"kvalue", "kvalues"};
     const ListedProperty* const listed = package.offer().find(names);
-    const Answer found = listed == nullptr ? Answer{{}, "it lists no K-values"}
-                                           : package.property(listed->name, twoPhases.place);
     const std::string subject = twoPhases.place.phases[0] + " and " + twoPhases.place.phases[1];
+    Answer found{{}, "it lists no K-values"};
+    if (listed != nullptr) {
+        found = package.offers(listed->name, twoPhases.place.phases)
+                    ? package.property(listed->name, twoPhases.place)
+                    : Answer{{}, "not for these phases"};
+    }
     if (found.failed()) {
         report.notOffered(kValues, subject, found.failure);
         return;

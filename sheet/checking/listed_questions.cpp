@@ -1,6 +1,5 @@
 #include "sheet/checking/questions.h"
 
-#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -13,12 +12,21 @@ constexpr Question listedOfTwoPhases{"listed properties of two phases", 0.0};
 constexpr Question listedByTemperature{"listed properties by temperature", 0.0};
 constexpr Question listedConstants{"listed constants", 0.0};
 
-std::string problemIn(const Answer& answer) {
+std::string problemIn(const Answer& answer, const ListedProperty& listed, const Place& place) {
     if (answer.failed()) {
         return answer.failure;
     }
-    const bool numbers = std::ranges::all_of(answer.values, [](double v) { return std::isfinite(v); });
-    return numbers ? "" : "a value is no number";
+    for (std::size_t i = 0; i < answer.values.size(); ++i) {
+        if (!std::isfinite(answer.values[i]) && !place.isOfAbsent(i, listed.rank)) {
+            return "a value is no number";
+        }
+    }
+    return {};
+}
+
+// "the phase Vapor", "the phases Vapor and Liquid"
+std::string textOf(const std::vector<std::string>& phases) {
+    return phases.size() == 1 ? "the phase " + phases[0] : "the phases " + phases[0] + " and " + phases[1];
 }
 
 } // namespace
@@ -27,12 +35,11 @@ void askForListed(const Package& package, const Spot& spot, Report& report) {
     const bool single = spot.place.phases.size() == 1;
     const Question& question = single ? listedOfPhases : listedOfTwoPhases;
     for (const ListedProperty& listed : single ? package.offer().singlePhase : package.offer().twoPhase) {
-        if (single && package.offer().forPhase &&
-            !package.offer().forPhase(listed.name, spot.place.phases[0])) {
-            report.notOffered(question, listed.name, "not for the phase " + spot.place.phases[0]);
+        if (!package.offers(listed.name, spot.place.phases)) {
+            report.notOffered(question, listed.name, "not for " + textOf(spot.place.phases));
             continue;
         }
-        const std::string problem = problemIn(package.property(listed.name, spot.place));
+        const std::string problem = problemIn(package.property(listed.name, spot.place), listed, spot.place);
         if (problem.empty()) {
             report.answered(question, listed.name, spot.text);
         } else {

@@ -53,6 +53,18 @@ const ListedProperty* Offer::find(std::span<const std::string_view> names) const
     return nullptr;
 }
 
+// Values of several compounds stand with those of the last one next to each other.
+bool Place::isOfAbsent(std::size_t value, int rank) const {
+    const std::size_t compounds = compositions.front().size();
+    for (; rank > 0 && compounds > 0; --rank, value /= compounds) {
+        const auto isAbsent = [&](const Composition& x) { return x.at(value % compounds) == 0.0; };
+        if (std::ranges::all_of(compositions, isAbsent)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 Package::Package(std::string name, Offer offer, formula::Calculate calculate)
     : name_{std::move(name)}, offer_{std::move(offer)}, calculate_{std::move(calculate)} {
     compounds_ = texts("CapeOpenCompounds");

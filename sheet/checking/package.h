@@ -32,8 +32,8 @@ struct Offer {
     std::vector<ListedProperty> twoPhase;
     std::vector<ListedProperty> temperatureDependent;
     std::vector<std::string> constants;
-    /// Whether it says so for this phase; empty when it says so for all.
-    std::function<bool(const std::string& property, const std::string& phase)> forPhase;
+    /// Whether it says so for this phase or these two; empty when it says so for all.
+    std::function<bool(const std::string& property, const std::vector<std::string>& phases)> forPhases;
 
     /// The property in one of these spellings, in any letter case; null when it is not listed.
     const ListedProperty* find(std::span<const std::string_view> names) const;
@@ -48,6 +48,11 @@ struct Place {
     double temperature = 0.0;
     double pressure = 0.0;
     std::vector<Composition> compositions; // mole fractions, one list for each phase
+
+    /// Whether one of a property's values belongs to a compound that is not there, so that it may be
+    /// infinite: a logarithm of no fugacity, or a partial molar entropy. `rank`: of how many compounds each
+    /// value is.
+    bool isOfAbsent(std::size_t value, int rank) const;
 };
 
 struct PhaseOfEquilibrium {
@@ -77,6 +82,9 @@ class Package {
     Package(std::string name, Offer offer, formula::Calculate calculate);
 
     const Offer& offer() const { return offer_; }
+    bool offers(const std::string& property, const std::vector<std::string>& phases) const {
+        return !offer_.forPhases || offer_.forPhases(property, phases);
+    }
     /// Empty when the package does not say; problem() then tells why.
     const std::vector<std::string>& compounds() const { return compounds_; }
     const std::vector<std::string>& phases() const { return phases_; }

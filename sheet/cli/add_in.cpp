@@ -221,13 +221,19 @@ checking::Offer AddIn::offerOf(const std::string& name) {
     offer.twoPhase = described(&IQuorvaneVSTOServices::TwoPhasePropertyNames);
     offer.temperatureDependent = described(&IQuorvaneVSTOServices::TemperatureDependentPropertyNames);
     offer.constants = listed(&IQuorvaneVSTOServices::CompoundConstantNames);
-    offer.forPhase = [this, name](const std::string& property, const std::string& phase) {
+    offer.forPhases = [this, name](const std::string& property, const std::vector<std::string>& phases) {
+        IQuorvaneVSTOServices* const asked = frontEnd_->services();
+        IDispatch* const workbook = workbook_->dispatch();
         const com::unique_bstr packageName = com::makeBstr(toWide(name));
         const com::unique_bstr propertyName = com::makeBstr(toWide(property));
-        const com::unique_bstr phaseName = com::makeBstr(toWide(phase));
+        const com::unique_bstr first = com::makeBstr(toWide(phases.front()));
+        const com::unique_bstr second = com::makeBstr(toWide(phases.back()));
         VARIANT_BOOL supported = VARIANT_TRUE;
-        const HRESULT code = frontEnd_->services()->CheckSinglePhaseProperty(
-            workbook_->dispatch(), packageName.get(), propertyName.get(), phaseName.get(), &supported);
+        const HRESULT code =
+            phases.size() == 1 ? asked->CheckSinglePhaseProperty(workbook, packageName.get(),
+                                                                 propertyName.get(), first.get(), &supported)
+                               : asked->CheckTwoPhaseProperty(workbook, packageName.get(), propertyName.get(),
+                                                              first.get(), second.get(), &supported);
         return FAILED(code) || supported != VARIANT_FALSE;
     };
     return offer;

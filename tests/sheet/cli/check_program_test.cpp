@@ -47,6 +47,14 @@ TEST_F(CheckProgramTest, TheProgIdCanStandForTheName) {
     EXPECT_EQ(outcome.exitCode, 0);
 }
 
+TEST_F(CheckProgramTest, ABundledPackageFitsWithoutSomeOfItsCompounds) {
+    const Outcome outcome = check({L"Tarnwick.PengRobinsonManager.1!Air separation", L"--composition",
+                                   L"0.78,0.22,0", L"--composition", L"0,1,0"});
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_THAT(outcome.output, EndsWith("\nEverything that was checked agrees.\n"));
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
 TEST_F(CheckProgramTest, APurePackageIsAskedWhereItBoils) {
     const peng_robinson::Configuration propane{peng_robinson::builtInCatalogue(), {{5}, {}}};
     quorvane::InflationAllowance allowance;

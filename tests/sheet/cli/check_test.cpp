@@ -46,6 +46,8 @@ class IdealPackage {
     std::function<void(ideal::Split&)> spoilFlash;
     HRESULT failure = S_OK; // of the property that fails
     std::string fails;
+    bool withSolid = false; // half of a liquid is a solid of the same kind
+    bool askedWithSolid = false;
 
   private:
     static ideal::State stateOf(ICapeThermoMaterial& material, const std::wstring& label) {
@@ -69,12 +71,14 @@ class IdealPackage {
             if (spoilProperty) {
                 spoilProperty(name, state, values);
             }
-            package->calculates(property, name.starts_with("fugacity") ? L"" : L"Mole", std::move(values));
+            package->calculates(property, name.find("ugacity") != std::string::npos ? L"" : L"Mole",
+                                std::move(values));
         }
         return call.healthy();
     }
 
     HRESULT twoPhase(scripted::Call& call) {
+        askedWithSolid = askedWithSolid || std::ranges::count(scripted::textsOf(call.in[1]), L"Solid") > 0;
         const ideal::State vapor = stateOf(*call.material, L"Vapor");
         for (const std::wstring& property : scripted::textsOf(call.in[0])) {
             if (property != L"kvalue") {
@@ -112,7 +116,11 @@ class IdealPackage {
             }
         };
         add(L"Vapor", split.vaporFraction, split.vapor);
-        add(L"Liquid", 1.0 - split.vaporFraction, split.liquid);
+        const double condensed = 1.0 - split.vaporFraction;
+        add(L"Liquid", withSolid ? condensed / 2.0 : condensed, split.liquid);
+        if (withSolid) {
+            add(L"Solid", condensed / 2.0, split.liquid);
+        }
         package->flashes(std::move(flash));
         return call.healthy();
     }
@@ -170,6 +178,18 @@ class CheckTest : public testing::Test {
         EXPECT_EQ(report.agrees(), result.empty());
         return result;
     }
+    // "question: property: verdict" of all that was asked.
+    static std::vector<std::string> rowsOf(const checking::Report& report) {
+        const formula::Matrix table = report.table();
+        std::vector<std::string> rows;
+        for (std::size_t row = 1; row < table.rows; ++row) {
+            rows.push_back(formula::exactText(table.at(row, 0)) + ": " +
+                           formula::exactText(table.at(row, 1)) + ": " +
+                           formula::exactText(table.at(row, 5)));
+        }
+        return rows;
+    }
+
     std::vector<std::string> found() { return misses(check()); }
 
     // The property's values are multiplied.
@@ -344,6 +364,43 @@ TEST_F(CheckTest, DerivativesThatThePackageDoesNotHaveAreNoMiss) {
         return formula::exactText(cell).starts_with("not available: ");
     });
     EXPECT_NE(row, table.values.end());
+}
+
+TEST_F(CheckTest, WhatIsInfiniteForACompoundThatIsNotThereIsNoMiss) {
+    ideal_->package->model.singlePhase.push_back({L"logFugacity", 1, false});
+    ideal_->package->model.singlePhase.push_back({L"entropy.Dmoles", 1, true});
+    const checking::Report report = check({{}, {}, {{1.0, 1.0, 0.0}, {0.0, 1.0, 0.0}}});
+    EXPECT_THAT(misses(report), IsEmpty());
+}
+
+TEST_F(CheckTest, WhatIsInfiniteForACompoundThatIsThereIsNamed) {
+    ideal_->spoilProperty = [](std::string_view name, const ideal::State&, std::vector<double>& values) {
+        if (name == "fugacityCoefficient") {
+            values[1] = std::numeric_limits<double>::infinity();
+        }
+    };
+    EXPECT_THAT(
+        misses(check({{}, {}, {{1.0, 1.0, 0.0}}})),
+        testing::Contains("listed properties of a phase: fugacityCoefficient: FAILS: a value is no number"));
+}
+
+TEST_F(CheckTest, TwoPhasePropertiesAreAskedOfThePhasesThatThePackageOffersThemFor) {
+    ideal_->package->model.phases.push_back({L"Solid", L"Solid"});
+    ideal_->withSolid = true;
+    ideal_->package->hook("CheckTwoPhasePropSpec", [](scripted::Call& call) {
+        const std::vector<std::wstring> phases = scripted::textsOf(call.in[1]);
+        const HRESULT code = call.healthy();
+        if (std::ranges::find(phases, L"Solid") != phases.end()) {
+            call.out[0].give(com::variant{false});
+        }
+        return code;
+    });
+    const checking::Report report = check();
+    EXPECT_THAT(misses(report), IsEmpty());
+    EXPECT_THAT(rowsOf(report),
+                testing::Contains("K-values fit the compositions: 2 of 3: not available: not for "
+                                  "these phases"));
+    EXPECT_FALSE(ideal_->askedWithSolid);
 }
 
 TEST_F(CheckTest, AFlashThatFailsIsNamedWithItsText) {

@@ -56,7 +56,9 @@ std::vector<double> each(const std::function<double(std::size_t)>& value) {
 
 std::vector<double> plain(std::string_view name, const State& s) {
     const auto entropy = [&] {
-        return sum(s, [&](std::size_t i) { return pure(i, s).entropy - R * std::log(s.x[i]); });
+        return sum(s, [&](std::size_t i) {
+            return pure(i, s).entropy - (s.x[i] == 0.0 ? 0.0 : R * std::log(s.x[i]));
+        });
     };
     const auto enthalpy = [&] { return sum(s, [&](std::size_t i) { return pure(i, s).enthalpy; }); };
     if (name == "volume") {
@@ -76,6 +78,9 @@ std::vector<double> plain(std::string_view name, const State& s) {
     }
     if (name == "fugacity") {
         return each([&](std::size_t i) { return s.x[i] * s.P * std::exp(logPhi(i, s.phase, s.T, s.P)); });
+    }
+    if (name == "logFugacity") {
+        return each([&](std::size_t i) { return std::log(s.x[i] * s.P) + logPhi(i, s.phase, s.T, s.P); });
     }
     if (name == "fugacityCoefficient") {
         return each([&](std::size_t i) { return std::exp(logPhi(i, s.phase, s.T, s.P)); });
@@ -113,7 +118,7 @@ std::vector<double> byComposition(const State& s,
                 shifted.x[c] += shift;
                 return value(shifted);
             },
-            1e-3 * s.x[c]);
+            s.x[c] > 0.0 ? 1e-3 * s.x[c] : 1e-4); // a logarithm of less than nothing is no number
         for (std::size_t row = 0; row < rows; ++row) {
             result[row * compounds + c] = column[row];
         }
@@ -170,7 +175,7 @@ std::vector<double> property(std::string_view name, const State& state) {
         return byComposition(state, [&](const State& s) { return plain(name, s); });
     }
     if (takeSuffix(name, ".Dmoles")) {
-        const bool extensive = !name.starts_with("fugacity");
+        const bool extensive = name.find("ugacity") == std::string_view::npos;
         return byComposition(state, [&](const State& moles) {
             const double total = moles.x[0] + moles.x[1] + moles.x[2];
             State one = moles;
