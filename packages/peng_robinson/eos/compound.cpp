@@ -39,7 +39,7 @@ constexpr HeatCapacity planckEinstein(double a, std::array<HeatCapacity::Term, 4
 //   O2   Schmidt, Wagner, Fluid Phase Equilib. 19 (1985) 175
 //   Ar   Tegeler, Span, Wagner, J. Phys. Chem. Ref. Data 28 (1999) 779
 //   C2H4 Smukala, Span, Wagner, J. Phys. Chem. Ref. Data 29 (2000) 1053
-//   C3H6 Lemmon, Overhoff, McLinden, Wagner (2010), as in NIST REFPROP 10
+//   C3H6 Lemmon, Overhoff, McLinden, Wagner (2010), in NIST Standard Reference Database 23, version 10
 // Ideal-gas data: Perry's Chemical Engineers' Handbook, 8th ed. (2008), Tables 2-156 (heat capacity, DIPPR
 // equation 107) and 2-179 (enthalpy and Gibbs energy of formation, entropy). Neopentane: heat capacity of
 // Lemmon and Span (2006), formation data of Reid, Prausnitz, Poling, The Properties of Gases and Liquids, 4th

@@ -22,7 +22,7 @@ struct CriticalConstants {
     double Tc, Pc, acentricFactor;
 };
 
-/// The numbers that codes of other authors round; overridable to reproduce their results.
+/// The numbers that published calculations round; overridable to reproduce their results.
 struct EquationConstants {
     double R = molarGasConstant;
     double omegaA = pengRobinsonOmegaA;

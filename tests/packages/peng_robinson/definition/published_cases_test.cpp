@@ -1,6 +1,6 @@
 // Published mixtures given as package definitions: the same digits as the equation evaluated directly, and
-// the numbers that other authors' Peng-Robinson codes publish in their test suites: thermo and neqsim, each
-// with its own constants.
+// published numbers of the Peng-Robinson equation (Ind. Eng. Chem. Fundam. 15 (1976) 59), each with the
+// constants that it was calculated with.
 #include "packages/peng_robinson/catalogue/configuration.h"
 #include "packages/peng_robinson/eos/flash.h"
 #include "tests/packages/peng_robinson/definition/support.h"
@@ -138,7 +138,7 @@ TEST(PublishedDefinitions, TenAlkanesFlash) {
     EXPECT_NEAR(result.vapor->fraction, 0.3933480634014041, 4e-10);
 }
 
-TEST(PublishedDefinitions, GasWithTheConstantsOfItsAuthors) {
+TEST(PublishedDefinitions, GasWithRoundedConstants) {
     const eos::Fluid fluid = gasWithItsOwnConstants.defined();
     const eos::Equilibrium result = eos::flashTP(
         fluid.model(), 298.0, 1e6, std::vector<double>{0.01, 0.01, 0.68, 0.1, 0.2}, eos::PhasesAllowed::both);

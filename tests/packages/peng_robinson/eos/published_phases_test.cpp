@@ -1,5 +1,5 @@
-// Single phases against numbers that other authors' Peng-Robinson codes publish in their test suites: thermo
-// and neqsim, each with its own constants.
+// Single phases against published numbers of the Peng-Robinson equation (Ind. Eng. Chem. Fundam. 15 (1976)
+// 59), each with the constants that it was calculated with.
 #include "tests/packages/peng_robinson/eos/support.h"
 
 namespace peng_robinson::eos::test {
