@@ -155,18 +155,18 @@ int recalc(const Recalc& command) {
         if (command.out) {
             writeCsvFile(*command.out, valuesOf(result.grid));
         }
-        if (command.svg) {
-            writeChart(command, result.grid);
-        }
         if (command.savePackages) {
             writeCsvFile(*command.savePackages, outcome.packages);
         }
         print(Stream::output, formula::printedTable(result.grid));
-        if (result.failures.empty()) {
-            return success;
+        if (!result.failures.empty()) {
+            printFailures(result.failures);
         }
-        printFailures(result.failures);
-        return cellsFailed;
+        // After the failures, which may be why there is nothing to draw.
+        if (command.svg) {
+            writeChart(command, result.grid);
+        }
+        return result.failures.empty() ? success : cellsFailed;
     } catch (const InputError& error) {
         std::string text;
         for (const Problem& problem : error.problems()) {

@@ -147,6 +147,17 @@ TEST_F(AddInTest, AChartWithoutNumbersIsRefused) {
     EXPECT_FALSE(program_.exists(L"none.svg"));
 }
 
+TEST_F(AddInTest, FailedCellsAreToldBeforeTheChartThatTheyLeaveEmpty) {
+    const std::string formula = "\"=CapeOpenUnitOfMeasure(\"\"enthalpy\"\",\"\"mole\"\",3)\"";
+    const Outcome outcome =
+        recalc("x,y\n1," + formula + '\n', {L"--svg", L"none.svg", L"--x", L"A2", L"--y", L"B2"});
+    EXPECT_EQ(outcome.output, "   A  B\n1  x  y\n2  1  #VALUE!\n");
+    EXPECT_EQ(outcome.errors, "1 formula failed:\n  B2: #VALUE! (" + systemText(DISP_E_BADPARAMCOUNT) +
+                                  ")\nsheet.csv: row 2, column 2 (B2): there are no pairs of numbers in the "
+                                  "ranges of --x and --y to be drawn\n");
+    EXPECT_EQ(outcome.exitCode, 2);
+}
+
 TEST_F(AddInTest, AChartNeverReplacesTheWorksheet) {
     const Outcome outcome = recalc("1,2\n", {L"--svg", L"SHEET.csv", L"--x", L"A1", L"--y", L"B1"});
     EXPECT_EQ(outcome.errors, "quorvane-sheet: SHEET.csv: --svg would replace the worksheet by a chart; name "
