@@ -12,7 +12,8 @@ What the pages may use besides Markdown:
     {{properties KIND}}               a table of the property catalogue
     {{version}}                       the product's version
     {{packages}}                      the built-in packages of the Peng-Robinson manager
-    {{document NAME}}                 docs/NAME.md without its title; what it links to beside the help stays as text
+    {{document NAME}}                 docs/NAME.md, or NAME.md beside README.md, without its title and its pictures; what it
+                                      links to beside the help stays as text
 """
 
 import csv
@@ -121,8 +122,10 @@ def example_block(match):
 
 
 def document(name):
-    text = (here.parent / f"{name}.md").read_text(encoding="utf-8")
+    path = here.parent / f"{name}.md"
+    text = (path if path.exists() else source / f"{name}.md").read_text(encoding="utf-8")
     text = re.sub(r"\A# .*\n", "", text)
+    text = re.sub(r"^!\[[^\]\n]*\]\([^)]*\)\n\n?", "", text, flags=re.M)
     return re.sub(r"\[([^\]\n]+)\]\((?!https?:|#)[^)]*\)", r"`\1`", text)
 
 
