@@ -44,14 +44,10 @@ Function RefuseOther32BitExcel
     !insertmacro CountExcelOfVersion "15.0"
     !insertmacro CountExcelOfVersion "14.0"
     SetRegView 64
-    ${If} $Excel32 = 0
-    ${AndIf} $Excel64 = 0
-        ; Office that came over the network keeps one word for all its programs.
-        ReadRegStr $0 HKLM "Software\Microsoft\Office\ClickToRun\Configuration" "Platform"
-        ${If} $0 == "x86"
-            StrCpy $Excel32 1
-        ${EndIf}
-    ${EndIf}
+    ; Office that came over the network; its list of products does not tell whether Excel is among them.
+    ReadRegStr $0 HKLM "Software\Microsoft\Office\ClickToRun\Configuration" "InstallationPath"
+    StrCpy $0 "$0\root\Office16\EXCEL.EXE"
+    Call CountExcel
     ${If} $Excel32 <> 0
     ${AndIf} $Excel64 = 0
         ${End} ${CODE_EXCEL_32_BIT} "The Excel on this computer is the 32-bit edition. Quorvane is a 64-bit add-in and needs the \

@@ -1,6 +1,7 @@
 ; The setup program: installs for one user, without an administrator. installer/make_setup calls the compiler with
 ;   VERSION   the product's version, as 1.2.3
-;   LISTS     a script that lists the files: the macros InstallFiles and RemoveFiles
+;   LISTS     a script that lists the files: the macros InstallFiles, EachFile and EachFolder
+;   STAGE     the folder that the files lie in
 ;   OUTPUT    the setup program to be made
 ;   SIZE      of the installed files in KB
 ; Exit codes are part of the product: docs/installing.md lists them, and administrators' scripts rely on them.
@@ -17,6 +18,8 @@ SetCompressor /SOLID zlib
 !include MUI2.nsh
 !include "${LISTS}"
 
+Var Unpacked ; the folder in $INSTDIR where the files wait until the older version has gone
+
 !define APPS_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Quorvane"
 
 !define CODE_EXCEL_RUNS 3
@@ -24,6 +27,8 @@ SetCompressor /SOLID zlib
 !define CODE_NOT_REGISTERED 5
 !define CODE_FILE_IN_USE 6
 !define CODE_OLDER_VERSION_STAYS 7
+!define CODE_INCOMPLETE 8
+!define CODE_OTHERS_FOLDER 9
 
 Name "Quorvane"
 OutFile "${OUTPUT}"
@@ -44,6 +49,7 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 
 !define MUI_ABORTWARNING
 !insertmacro MUI_PAGE_LICENSE "${STAGE}/LICENSE.txt"
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE StayAtOthersFolder
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_TEXT "Excel opens Quorvane at its next start. The help tells how to calculate your first flash."
@@ -74,7 +80,13 @@ Function .onInit
     ${GetOptions} $0 "/uninstall" $1
     ${IfNot} ${Errors}
         SetSilent silent
-        Call RemoveInstalled
+        ReadRegStr $R1 HKCU "${APPS_KEY}" "InstallLocation"
+        ${If} $R1 != ""
+        ${AndIfNot} ${FileExists} "$R1\Uninstall.exe"
+            Call RemoveRemains
+        ${Else}
+            Call RemoveInstalled
+        ${EndIf}
         SetErrorLevel $0
         Quit
     ${EndIf}
@@ -82,32 +94,80 @@ Function .onInit
     Call WaitForExcel
 FunctionEnd
 
+!define OTHERS_FOLDER "$INSTDIR has files that are not those of Quorvane. Choose an empty folder, or a new one."
+
+; A person may name another folder at once.
+Function StayAtOthersFolder
+    Call FolderIsOthers
+    ${If} $0 == yes
+        MessageBox MB_OK|MB_ICONEXCLAMATION "${OTHERS_FOLDER}"
+        Abort
+    ${EndIf}
+FunctionEnd
+
+; An older version goes only when all that can fail has been done: the files are unpacked, and the DLLs can be registered from
+; this folder.
 Section
-    !insertmacro RefuseFilesInUse
+    Call WaitForExcel ; it may have been started since the first page
+    Call FolderIsOthers
+    ${If} $0 == yes
+        ${End} ${CODE_OTHERS_FOLDER} "${OTHERS_FOLDER}"
+    ${EndIf}
+    StrCpy $R0 $INSTDIR
+    Call RefuseFilesInUse
+    ReadRegStr $R0 HKCU "${APPS_KEY}" "InstallLocation"
+    ${If} $R0 != ""
+        Call RefuseFilesInUse
+    ${EndIf}
+
+    StrCpy $Unpacked "$INSTDIR\~new"
+    RMDir /r $Unpacked ; of a setup that was interrupted
+    ClearErrors
+    SetOverwrite try
+    !insertmacro InstallFiles
+    WriteUninstaller "$Unpacked\Uninstall.exe"
+    ${If} ${Errors}
+        Call RemoveUnpacked
+        ${End} ${CODE_FILE_IN_USE} "The files could not be written to $INSTDIR. Choose another folder, or free some space.\
+            $\r$\n$\r$\nNothing was changed."
+    ${EndIf}
+
+    Call RememberRegistered
+    StrCpy $R0 $Unpacked
+    Call RegisterCopies
+    ${If} $0 != ok
+        Call RestoreRegistered
+        Call RemoveUnpacked
+        ${End} ${CODE_NOT_REGISTERED} "Quorvane could not be registered from $INSTDIR. \
+            If the folder's name has letters of another language than that of Windows, choose another folder.\
+            $\r$\n$\r$\nNothing was changed."
+    ${EndIf}
+
     Call RemoveInstalled
     ${If} $0 <> 0
-        ${End} ${CODE_OLDER_VERSION_STAYS} "The installed version of Quorvane could not be removed (code $0). \
+        StrCpy $R3 $0
+        Call RestoreRegistered
+        Call RemoveUnpacked
+        ${End} ${CODE_OLDER_VERSION_STAYS} "The installed version of Quorvane could not be removed (code $R3). \
             Remove it in the Apps settings of Windows, then run this setup again."
     ${EndIf}
 
     ClearErrors
-    SetOverwrite try
-    !insertmacro InstallFiles
-    WriteUninstaller "$INSTDIR\Uninstall.exe"
-    ${If} ${Errors}
-        Call RemoveCopies
-        ${End} ${CODE_FILE_IN_USE} "The files could not be written to $INSTDIR. Choose another folder, or free some space."
-    ${EndIf}
-
-    !insertmacro Register "Quorvane.dll" "Quorvane.Excel.1"
-    ${If} $0 == ok
-        !insertmacro Register "PengRobinson.dll" "Tarnwick.PengRobinson.1"
+    !insertmacro EachFolder MakeFolder
+    !insertmacro EachFile MoveFile
+    !insertmacro MoveFile "Uninstall.exe"
+    StrCpy $0 failed
+    ${IfNot} ${Errors}
+        StrCpy $R0 $INSTDIR
+        Call RegisterCopies
     ${EndIf}
     ${If} $0 != ok
+        StrCpy $R0 $Unpacked
         Call RemoveCopies
-        ${End} ${CODE_NOT_REGISTERED} "Quorvane could not be registered from $INSTDIR. \
-            If the folder's name has letters of another language than that of Windows, choose another folder."
+        Call RemoveUnpacked
+        ${End} ${CODE_INCOMPLETE} "The files could not be put in place in $INSTDIR. Run this setup again, or choose another folder."
     ${EndIf}
+    Call RemoveUnpacked
 
     SetOutPath "$INSTDIR" ; the folder that the entries start in
     CreateDirectory "$SMPROGRAMS\Quorvane"
@@ -131,6 +191,11 @@ Function un.onInit
 FunctionEnd
 
 Section Uninstall
-    !insertmacro RefuseFilesInUse
+    Call un.WaitForExcel
+    StrCpy $R0 $INSTDIR
+    Call un.RefuseFilesInUse
     Call un.RemoveCopies
+    ${If} $0 != ""
+        ${End} ${CODE_INCOMPLETE} "$0 could not be removed. Quorvane stays in the list of apps: remove it again from there."
+    ${EndIf}
 SectionEnd
