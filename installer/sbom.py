@@ -14,6 +14,7 @@ import re
 import subprocess
 import sys
 from pathlib import Path
+from urllib.parse import quote
 
 here = Path(__file__).resolve().parent
 
@@ -98,7 +99,7 @@ def piece_package(piece):
         "externalRefs": [{
             "referenceCategory": "PACKAGE-MANAGER",
             "referenceType": "purl",
-            "referenceLocator": f"pkg:deb/debian/{debian_package.replace('+', '%2B')}@{version.replace('+', '%2B')}",
+            "referenceLocator": f"pkg:deb/debian/{quote(debian_package, safe='')}@{quote(version, safe='')}",
         }],
     }
 
