@@ -1,8 +1,5 @@
 #include "sheet/chart/chart_of_cells.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace sheet::chart {
 
 namespace {
@@ -10,7 +7,6 @@ namespace {
 using formula::Address;
 using formula::Block;
 using formula::Grid;
-using formula::Value;
 
 // The text of a cell; empty for anything else.
 std::string textIn(const Grid& grid, Address cell) {
@@ -39,11 +35,6 @@ Heading headingOf(const Grid& grid, const Block& range) {
     return {further.empty() ? nearest : further, nearest};
 }
 
-double numberIn(const Value& value) {
-    const double* const number = std::get_if<double>(&value);
-    return number == nullptr ? std::numeric_limits<double>::quiet_NaN() : *number;
-}
-
 } // namespace
 
 Chart chartOf(const Grid& grid, std::span<const Block> x, std::span<const Block> y) {
@@ -57,7 +48,7 @@ Chart chartOf(const Grid& grid, std::span<const Block> x, std::span<const Block>
         }
         Series series{heading.series, {}};
         for (std::size_t k = 0; k < ys.values.size(); ++k) {
-            series.points.push_back({numberIn(xs.values[k]), numberIn(ys.values[k])});
+            series.points.push_back({formula::numberIn(xs.values[k]), formula::numberIn(ys.values[k])});
         }
         chart.series.push_back(std::move(series));
     }

@@ -23,19 +23,25 @@ constexpr Question byMoles{"derivatives by mole numbers", 1e-4};
 // Steps relative to the temperature, the pressure, or the smaller of two mole fractions.
 constexpr double step = 1e-3;
 constexpr double exchangeStep = 5e-3;
+// The smaller fraction may be tiny, and then the property's own rounding shows: packages that solve for the
+// volume stop somewhere.
+constexpr double noiseOfExchange = 1e-8;
 // Of less, a difference says nothing.
 constexpr double leastFraction = 1e-4;
 // A derivative may be this small, relative to the property over the variable, before its digits do not count.
 constexpr double leastSlope = 1e-3;
+
+constexpr const char* cannotDiffer = "it is not calculated close by, so that no difference can be formed";
 
 struct Slope {
     double value;
     double uncertainty;
 };
 
-// Slopes of all values of a property along a line. Empty when it cannot be calculated all along.
+// Slopes of all values of a property along a line. Empty when it cannot be calculated all along. `noise`:
+// relative, of the property.
 using Along = std::function<Answer(double shift)>;
-std::vector<Slope> slopes(const Along& along, double h) {
+std::vector<Slope> slopes(const Along& along, double h, double noise = 0.0) {
     const Answer before2 = along(-2.0 * h);
     const Answer before = along(-h);
     const Answer after = along(h);
@@ -49,7 +55,7 @@ std::vector<Slope> slopes(const Along& along, double h) {
         const double narrow = (after.values[i] - before.values[i]) / (2.0 * h);
         const double wide = (after2.values[i] - before2.values[i]) / (4.0 * h);
         const double best = (4.0 * narrow - wide) / 3.0;
-        result.push_back({best, std::abs(best - narrow)});
+        result.push_back({best, std::abs(best - narrow) + noise * std::abs(after.values[i]) / h});
     }
     return result;
 }
@@ -74,7 +80,12 @@ class Asker {
         const Place& place = spot_.place;
         askBy(byTemperature, ".Dtemperature", place.temperature, &Place::temperature);
         askBy(byPressure, ".Dpressure", place.pressure, &Place::pressure);
-        if (listed.rank > 1 || package_.compounds().size() < 2) {
+        if (listed.rank > 1) {
+            return;
+        }
+        if (package_.compounds().size() < 2) {
+            report_.notOffered(byMoleFraction, listed.name, "there is one compound only");
+            report_.notOffered(byMoles, listed.name, "there is one compound only");
             return;
         }
         for (std::size_t phase = 0; phase < place.phases.size(); ++phase) {
@@ -132,6 +143,9 @@ class Asker {
                 return package_.property(listed_->name, place);
             },
             step * value);
+        if (expected.empty()) {
+            report_.notOffered(question, listed_->name, cannotDiffer);
+        }
         for (std::size_t i = 0; i < expected.size() && i < found.size(); ++i) {
             compare(question, i, found[i], expected[i], value, whereOf(i));
         }
@@ -147,10 +161,15 @@ class Asker {
         }
         const Composition& x = spot_.place.compositions[phase];
         const auto reference = static_cast<std::size_t>(std::ranges::max_element(x) - x.begin());
+        bool isAsked = false;
         for (std::size_t c = 0; c < compounds; ++c) {
             if (c != reference && x[c] > leastFraction) {
+                isAsked = true;
                 compareExchange(question, found, phase, c, reference);
             }
+        }
+        if (!isAsked) {
+            report_.notOffered(question, listed_->name, "one compound has all but traces of the phase");
         }
         if (question.text == byMoles.text && byPhase == 0) {
             compareSum(found, x);
@@ -161,6 +180,9 @@ class Asker {
                          std::size_t c, std::size_t reference) {
         const std::size_t compounds = package_.compounds().size();
         const std::vector<Slope>& expected = exchange(phase, c, reference);
+        if (expected.empty()) {
+            report_.notOffered(question, listed_->name, cannotDiffer);
+        }
         for (std::size_t i = 0; i < expected.size(); ++i) {
             compare(question, i, found[i * compounds + c] - found[i * compounds + reference], expected[i],
                     1.0, package_.compounds()[c] + ", " + whereOf(i));
@@ -181,7 +203,7 @@ class Asker {
                 place.compositions[phase][reference] -= shift;
                 return package_.property(listed_->name, place);
             },
-            exchangeStep * std::min(x[c], x[reference]));
+            exchangeStep * std::min(x[c], x[reference]), noiseOfExchange);
         return known->second;
     }
 

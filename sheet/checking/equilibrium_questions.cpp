@@ -15,11 +15,20 @@ constexpr Question conditions{"phases have the conditions asked for", 1e-6};
 constexpr Question fugacities{"fugacities agree across phases", 1e-5};
 constexpr Question kValues{"K-values fit the compositions", 1e-5};
 
-// Of less the convergence of a flash says nothing.
+// Of less the convergence of a flash says nothing, and of little it says less: flashes stop when mole
+// fractions change by so much no more.
 constexpr double leastFraction = 1e-10;
+constexpr double trace = 1e-6;
+double allowingForTraces(double deviation, double fraction) {
+    return fraction < trace ? std::max(deviation - leastFraction / fraction, 0.0) : deviation;
+}
 
 double relative(double found, double expected) {
     return std::abs(found - expected) / std::max(std::abs(expected), std::numeric_limits<double>::min());
+}
+
+std::string numberInsteadOf(const Answer& answer, std::size_t expected) {
+    return std::to_string(answer.values.size()) + " values instead of " + std::to_string(expected);
 }
 
 // ln of the fugacities over the pressure: ln(x phi).
@@ -38,7 +47,7 @@ Answer logFugacities(const Package& package, const Place& place) {
             continue;
         }
         if (last.values.size() != x.size()) {
-            return {{}, "there is not one fugacity for each compound"};
+            return last;
         }
         const bool ofCompounds = name.ends_with("Coefficient");
         const bool isLog = name.starts_with("log");
@@ -84,6 +93,7 @@ void askForBalance(const State& state, const Equilibrium& found, const std::stri
 }
 
 void askForFugacities(const Package& package, const std::vector<Spot>& spots, Report& report) {
+    const std::size_t compounds = package.compounds().size();
     std::vector<Answer> answers;
     for (const Spot& spot : spots) {
         answers.push_back(logFugacities(package, spot.place));
@@ -91,15 +101,20 @@ void askForFugacities(const Package& package, const std::vector<Spot>& spots, Re
             report.notOffered(fugacities, "phases", answers.back().failure);
             return;
         }
+        if (answers.back().values.size() != compounds) {
+            report.fail(fugacities, "phases", spot.text, numberInsteadOf(answers.back(), compounds));
+            return;
+        }
     }
     for (std::size_t other = 1; other < spots.size(); ++other) {
-        for (std::size_t i = 0; i < package.compounds().size(); ++i) {
+        for (std::size_t i = 0; i < compounds; ++i) {
             const double least =
                 std::min(spots[0].place.compositions[0][i], spots[other].place.compositions[0][i]);
             if (least > leastFraction) {
-                report.compare(fugacities, spots[0].place.phases[0] + " and " + spots[other].place.phases[0],
-                               package.compounds()[i] + ", " + spots[other].text,
-                               std::abs(answers[0].values[i] - answers[other].values[i]));
+                report.compare(
+                    fugacities, spots[0].place.phases[0] + " and " + spots[other].place.phases[0],
+                    package.compounds()[i] + ", " + spots[other].text,
+                    allowingForTraces(std::abs(answers[0].values[i] - answers[other].values[i]), least));
             }
         }
     }
@@ -119,13 +134,27 @@ void askForKValues(const Package& package, const Spot& twoPhases, Report& report
         report.notOffered(kValues, subject, found.failure);
         return;
     }
-    for (std::size_t i = 0; i < package.compounds().size() && i < found.values.size(); ++i) {
+    const std::size_t compounds = package.compounds().size();
+    if (found.values.size() != compounds) {
+        report.fail(kValues, subject, twoPhases.text, numberInsteadOf(found, compounds));
+        return;
+    }
+    for (std::size_t i = 0; i < compounds; ++i) {
         const double y = twoPhases.place.compositions[0][i];
         const double x = twoPhases.place.compositions[1][i];
         if (std::min(x, y) > leastFraction) {
             report.compare(kValues, subject, package.compounds()[i] + ", " + twoPhases.text,
-                           relative(found.values[i], y / x));
+                           allowingForTraces(relative(found.values[i], y / x), std::min(x, y)));
         }
+    }
+}
+
+void tellThatTwoPhasesAreMissing(const Package& package, Report& report) {
+    constexpr const char* reason = "no state has two phases";
+    report.notOffered(fugacities, "phases", reason);
+    report.notOffered(kValues, "phases", reason);
+    for (const ListedProperty& listed : package.offer().twoPhase) {
+        report.notOffered(listedOfTwoPhases, listed.name, reason);
     }
 }
 

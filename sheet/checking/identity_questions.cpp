@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace sheet::checking {
 
@@ -21,8 +22,9 @@ struct Inputs {
     double b;
 };
 
-// A first property that follows from two others (the second may repeat the first of them), and what sizes its
-// deviation: a difference of large numbers is no better than they are.
+// Rows of the same text stand together, and one of them must hold: a package may count its Gibbs energy from
+// either reference. A first property that follows from two others (the second may repeat the first of them),
+// and what sizes its deviation: a difference of large numbers is no better than they are.
 struct Identity {
     const char* text;
     const char* property;
@@ -35,6 +37,8 @@ struct Identity {
 // clang-format off
 constexpr Identity identityTable[] = {
     {"gibbsEnergy = enthalpy - T entropy", "gibbsEnergy", "enthalpy", "entropy",
+     [](const Inputs& in) { return in.a - in.T * in.b; }, [](const Inputs& in) { return std::abs(in.a) + std::abs(in.T * in.b); }},
+    {"gibbsEnergy = enthalpy - T entropy", "gibbsEnergy", "enthalpyF", "entropyF",
      [](const Inputs& in) { return in.a - in.T * in.b; }, [](const Inputs& in) { return std::abs(in.a) + std::abs(in.T * in.b); }},
     {"internalEnergy = enthalpy - P volume", "internalEnergy", "enthalpy", "volume",
      [](const Inputs& in) { return in.a - in.P * in.b; }, [](const Inputs& in) { return std::abs(in.a) + std::abs(in.P * in.b); }},
@@ -109,28 +113,58 @@ void askForFugacityOfCoefficient(const Package& package, const Spot& spot, Repor
     }
 }
 
+// The deviation of each value; empty when there is nothing to compare. `missing` is the first input that is
+// not listed.
+std::vector<double> deviations(const Package& package, const Identity& identity, const Spot& spot,
+                               const char*& missing) {
+    for (const char* const name : {identity.property, identity.from, identity.and_}) {
+        if (package.offer().find(name) == nullptr) {
+            missing = missing == nullptr ? name : missing;
+            return {};
+        }
+    }
+    const int rank = package.offer().find(identity.property)->rank;
+    const Answer found = listed(package, identity.property, spot.place);
+    const Answer a = listed(package, identity.from, spot.place);
+    const Answer b = listed(package, identity.and_, spot.place);
+    std::vector<double> result;
+    if (found.values.size() != a.values.size() || a.values.size() != b.values.size()) {
+        return result; // one of them failed, as askForListed() tells
+    }
+    for (std::size_t i = 0; i < found.values.size(); ++i) {
+        const Inputs in{spot.place.temperature, spot.place.pressure, a.values[i], b.values[i]};
+        const bool mayBeInfinite = !std::isfinite(found.values[i]) && spot.place.isOfAbsent(i, rank);
+        const double deviation = std::abs(found.values[i] - identity.expected(in)) / identity.size(in);
+        result.push_back(mayBeInfinite           ? 0.0
+                         : std::isnan(deviation) ? std::numeric_limits<double>::infinity()
+                                                 : deviation);
+    }
+    return result;
+}
+
 } // namespace
 
 void askForIdentities(const Package& package, const Spot& spot, Report& report) {
-    for (const Identity& identity : identityTable) {
-        if (!areListed(package, {identity.property, identity.from, identity.and_})) {
-            continue;
-        }
-        const int rank = package.offer().find(identity.property)->rank;
-        const Answer found = listed(package, identity.property, spot.place);
-        const Answer a = listed(package, identity.from, spot.place);
-        const Answer b = listed(package, identity.and_, spot.place);
-        if (found.values.size() != a.values.size() || a.values.size() != b.values.size()) {
-            continue; // one of them failed, as askForListed() tells
-        }
-        for (std::size_t i = 0; i < found.values.size(); ++i) {
-            const Inputs in{spot.place.temperature, spot.place.pressure, a.values[i], b.values[i]};
-            if (!std::isfinite(found.values[i]) && spot.place.isOfAbsent(i, rank)) {
-                continue;
+    for (auto first = std::begin(identityTable); first != std::end(identityTable);) {
+        const auto end = std::find_if(first, std::end(identityTable), [&](const Identity& other) {
+            return std::string_view{other.text} != first->text;
+        });
+        const char* missing = nullptr;
+        double best = std::numeric_limits<double>::infinity();
+        bool isAsked = false;
+        for (auto identity = first; identity != end; ++identity) {
+            const std::vector<double> found = deviations(package, *identity, spot, missing);
+            if (!found.empty()) {
+                isAsked = true;
+                best = std::min(best, std::ranges::max(found));
             }
-            report.compare(identities, identity.text, spot.text,
-                           std::abs(found.values[i] - identity.expected(in)) / identity.size(in));
         }
+        if (isAsked) {
+            report.compare(identities, first->text, spot.text, best);
+        } else if (missing != nullptr) {
+            report.notOffered(identities, first->text, std::string{"it lists no "} + missing);
+        }
+        first = end;
     }
     askForFugacityOfCoefficient(package, spot, report);
 }
@@ -138,6 +172,12 @@ void askForIdentities(const Package& package, const Spot& spot, Report& report) 
 void askForIntegrals(const Package& package, const Spot& spot, Report& report) {
     for (const Integral& entry : integralTable) {
         if (!areListed(package, {entry.property, entry.slope})) {
+            const bool lacksProperty = package.offer().find(entry.property) == nullptr;
+            if (!(lacksProperty && std::string_view{entry.property}.ends_with('F'))) { // the other one tells
+                report.notOffered(integrals, entry.text,
+                                  std::string{"it lists no "} +
+                                      (lacksProperty ? entry.property : entry.slope));
+            }
             continue;
         }
         const double middle = entry.byPressure ? spot.place.pressure : spot.place.temperature;
@@ -154,7 +194,11 @@ void askForIntegrals(const Package& package, const Spot& spot, Report& report) {
             integral += weights[i] * at(entry.slope, points[i]) *
                         entry.factor(middle * (1.0 + halfStep * points[i])) * middle * halfStep;
         }
-        if (std::isfinite(before + after + integral)) { // otherwise askForListed() tells
+        if (!std::isfinite(before + after + integral)) {
+            report.notOffered(integrals, entry.text,
+                              entry.byPressure ? "a value is missing within 0.5 % of the pressure"
+                                               : "a value is missing within 0.5 % of the temperature");
+        } else {
             report.compare(integrals, entry.text, spot.text,
                            std::abs(after - before - integral) /
                                sizeOf(integral, std::abs(before) + std::abs(after)));

@@ -8,7 +8,6 @@ namespace sheet::checking {
 namespace {
 
 constexpr Question listedOfPhases{"listed properties of a phase", 0.0};
-constexpr Question listedOfTwoPhases{"listed properties of two phases", 0.0};
 constexpr Question listedByTemperature{"listed properties by temperature", 0.0};
 constexpr Question listedConstants{"listed constants", 0.0};
 

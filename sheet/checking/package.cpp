@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace sheet::checking {
 
@@ -10,6 +9,7 @@ namespace {
 
 using formula::Argument;
 using formula::Block;
+using formula::numberIn;
 using formula::Omitted;
 using formula::Result;
 using formula::Value;
@@ -17,11 +17,6 @@ using formula::Value;
 bool sameName(std::string_view a, std::string_view b) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
     return std::ranges::equal(a, b, {}, lower, lower);
-}
-
-double numberIn(const Value& value) {
-    const double* const number = std::get_if<double>(&value);
-    return number == nullptr ? std::numeric_limits<double>::quiet_NaN() : *number;
 }
 
 std::string failureOf(const Result& result) {

@@ -34,6 +34,7 @@ struct Offer {
     std::vector<std::string> constants;
     /// Whether it says so for this phase or these two; empty when it says so for all.
     std::function<bool(const std::string& property, const std::vector<std::string>& phases)> forPhases;
+    std::function<bool(const std::string& phase)> isVapor; // empty when it is not known
 
     /// The property in one of these spellings, in any letter case; null when it is not listed.
     const ListedProperty* find(std::span<const std::string_view> names) const;
@@ -85,6 +86,7 @@ class Package {
     bool offers(const std::string& property, const std::vector<std::string>& phases) const {
         return !offer_.forPhases || offer_.forPhases(property, phases);
     }
+    bool isVapor(const std::string& phase) const { return offer_.isVapor && offer_.isVapor(phase); }
     /// Empty when the package does not say; problem() then tells why.
     const std::vector<std::string>& compounds() const { return compounds_; }
     const std::vector<std::string>& phases() const { return phases_; }

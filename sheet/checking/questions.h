@@ -5,6 +5,8 @@
 
 namespace sheet::checking {
 
+inline constexpr Question listedOfTwoPhases{"listed properties of two phases", 0.0};
+
 /// One phase or two of an equilibrium, with its words for the report.
 struct Spot {
     Place place;
@@ -19,6 +21,9 @@ void askForFugacities(const Package& package, const std::vector<Spot>& spots, Re
 
 /// Are the K-values the quotients of the compositions?
 void askForKValues(const Package& package, const Spot& twoPhases, Report& report);
+
+/// What cannot be asked when no state has two phases.
+void tellThatTwoPhasesAreMissing(const Package& package, Report& report);
 
 /// Does the package answer for all that it lists?
 void askForListed(const Package& package, const Spot& spot, Report& report);

@@ -83,6 +83,14 @@ bool Report::agrees() const {
     });
 }
 
+// The first of several, and that there are several.
+std::string Report::reasonOf(const Asked& asked, const std::vector<std::string>& withheld) {
+    const std::string& first = asked.subjects.at(withheld.front()).withheld;
+    const bool same = std::ranges::all_of(
+        withheld, [&](const std::string& name) { return asked.subjects.at(name).withheld == first; });
+    return same ? first : first + "; and for other reasons";
+}
+
 formula::Matrix Report::table() const {
     formula::Matrix table{1, 6, {"question", "of", "where it is worst", "deviation", "tolerance", "verdict"}};
     const auto add = [&](const Asked& asked, const std::string& of, const std::string& where,
@@ -119,7 +127,7 @@ formula::Matrix Report::table() const {
         }
         if (!withheld.empty()) {
             add(asked, namedOrCounted(withheld, asked.order.size()), "", "",
-                "not available: " + asked.subjects.at(withheld.front()).withheld);
+                "not available: " + reasonOf(asked, withheld));
         }
     }
     return table;

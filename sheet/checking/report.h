@@ -48,6 +48,7 @@ class Report {
 
     Subject& subject(const Question& question, const std::string& name);
     static bool misses(const Asked& asked, const Subject& subject);
+    static std::string reasonOf(const Asked& asked, const std::vector<std::string>& withheld);
 
     std::vector<Asked> asked_;
 };

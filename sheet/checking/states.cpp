@@ -15,6 +15,9 @@ constexpr Question boilingAndDew{"bubble and dew points", 0.0};
 constexpr double usualTemperatures[] = {250.0, 300.0, 350.0};
 constexpr double usualPressures[] = {101'325.0, 1'000'000.0};
 
+// Relative. Of a pure compound, bubble and dew points differ by what their solutions are rounded to.
+constexpr double differentTemperature = 1e-3;
+
 Composition scaled(Composition composition) {
     const double sum = std::accumulate(composition.begin(), composition.end(), 0.0);
     for (double& x : composition) {
@@ -50,23 +53,24 @@ class Chooser {
         };
         const double boiling = saturation("bubble points", 0.0);
         const double dew = saturation("dew points", 1.0);
-        if (boiling <= 0.0 || dew < boiling) {
+        if (boiling <= 0.0 || dew < boiling * (1.0 - differentTemperature)) {
             for (const double temperature : usualTemperatures) {
-                add(overall, name, pressure, temperature);
+                add(overall, name, pressure, temperature, true);
             }
             return;
         }
-        add(overall, name, pressure, 0.95 * boiling);
-        if (dew - boiling > 1e-3 * boiling) {
-            add(overall, name, pressure, 0.5 * (boiling + dew));
+        add(overall, name, pressure, 0.95 * boiling, true);
+        if (dew - boiling > differentTemperature * boiling) {
+            add(overall, name, pressure, 0.5 * (boiling + dew), true);
         } else { // a pure compound has both phases at one temperature only
-            states_.push_back({overall, {"pressure", pressure}, {"vaporFraction", 0.5}, name});
+            states_.push_back({overall, {"pressure", pressure}, {"vaporFraction", 0.5}, name, true});
         }
-        add(overall, name, pressure, 1.05 * dew);
+        add(overall, name, pressure, 1.05 * dew, true);
     }
 
-    void add(const Composition& overall, const std::string& name, double pressure, double temperature) {
-        states_.push_back({overall, {"temperature", temperature}, {"pressure", pressure}, name});
+    void add(const Composition& overall, const std::string& name, double pressure, double temperature,
+             bool isGuess) {
+        states_.push_back({overall, {"temperature", temperature}, {"pressure", pressure}, name, isGuess});
     }
 
     std::vector<State> take() { return std::move(states_); }
@@ -100,7 +104,7 @@ std::vector<State> statesFor(const Package& package, const Choices& choices, Rep
                 chooser.add(overall, name, pressure);
             }
             for (const double temperature : choices.temperatures) {
-                chooser.add(overall, name, pressure, temperature);
+                chooser.add(overall, name, pressure, temperature, false);
             }
         }
     }

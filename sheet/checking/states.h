@@ -10,6 +10,7 @@ struct State {
     Condition one;
     Condition other;
     std::string text; // "Vapor and the like at 300 K, 101325 Pa, composition 1" without the phase
+    bool isGuess;     // nobody asked for it, so that the package may refuse it
 };
 
 /// Asks the package where its mixtures boil and condense, and tells the report when it does not say.

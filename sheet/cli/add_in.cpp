@@ -236,6 +236,14 @@ checking::Offer AddIn::offerOf(const std::string& name) {
                                                               first.get(), second.get(), &supported);
         return FAILED(code) || supported != VARIANT_FALSE;
     };
+    offer.isVapor = [this, name](const std::string& phase) {
+        const com::unique_bstr packageName = com::makeBstr(toWide(name));
+        const com::unique_bstr phaseName = com::makeBstr(toWide(phase));
+        EnumPhaseType type = UnknownPhase;
+        return SUCCEEDED(frontEnd_->services()->GetPhaseType(workbook_->dispatch(), packageName.get(),
+                                                             phaseName.get(), &type)) &&
+               type == VaporPhase;
+    };
     return offer;
 }
 

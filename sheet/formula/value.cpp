@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <system_error>
 
 namespace sheet::formula {
@@ -144,5 +145,10 @@ std::string exactText(const Value& value) {
 }
 
 std::string displayText(const Value& value) { return textOf(value, displayedNumber); }
+
+double numberIn(const Value& value) {
+    const double* const number = std::get_if<double>(&value);
+    return number == nullptr ? std::numeric_limits<double>::quiet_NaN() : *number;
+}
 
 } // namespace sheet::formula

@@ -49,6 +49,9 @@ struct Matrix {
 /// Dates, percentages, currency and grouped digits stay texts: they depend on Excel's language.
 Value readCell(std::string_view text);
 
+/// The number, or NaN for anything else.
+double numberIn(const Value& value);
+
 /// A plain decimal number such as 12, -3.5 or 6.02e23, whole and finite; empty otherwise.
 std::optional<double> readNumber(std::string_view text);
 

@@ -1,5 +1,6 @@
 // What a package is asked, and how answers of all shapes are read; the answers are given here.
 #include "sheet/checking/check.h"
+#include "sheet/checking/questions.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -76,6 +77,15 @@ TEST(Package, PhasesWithoutNumbersAreNotThere) {
     EXPECT_EQ(found.temperature, 300.0);
 }
 
+TEST(Package, AListOfKValuesOfAnotherLengthFails) {
+    Answers answers;
+    const Package package = answers.package({{}, {{"kvalue", 1}}, {}, {}, {}, {}});
+    answers.answers["CapeOpenTwoPhaseProperty"] = {Matrix{3, 1, {1.0, 1.0, 1.0}}};
+    Report report;
+    askForKValues(package, {{{"Vapor", "Liquid"}, 300.0, 1e5, {{0.5, 0.5}, {0.5, 0.5}}}, "300 K"}, report);
+    EXPECT_EQ(report.table().at(1, 5), Value{"FAILS: 3 values instead of 2"});
+}
+
 TEST(Package, ATableOfAnotherSizeIsAFailure) {
     Answers answers;
     const Package package = answers.package();
@@ -94,7 +104,7 @@ TEST(Package, WithoutCompoundsNothingElseIsAsked) {
 }
 
 TEST(Offer, PropertiesAreFoundInAnyLetterCaseAndSpelling) {
-    const Offer offer{{{"Enthalpy", 0, true}}, {{"kvalue", 1}}, {}, {}, {}};
+    const Offer offer{{{"Enthalpy", 0, true}}, {{"kvalue", 1}}, {}, {}, {}, {}};
     constexpr std::string_view spellings[] = {"kvalues", "KVALUE"};
     EXPECT_EQ(offer.find(spellings)->name, "kvalue");
     EXPECT_TRUE(offer.find("enthalpy")->extensive);

@@ -66,8 +66,9 @@ TEST(Report, WhatIsNotOfferedIsNoMiss) {
     report.notOffered(slopes, "viscosity", "No derivatives");
     report.notOffered(slopes, "thermalConductivity", "None either");
     report.compare(slopes, "volume", "300 K", 0.0);
-    EXPECT_EQ(shown(report), "slopes|volume|300 K|0.0e+00|1.0e-04|agrees\n"
-                             "slopes|2 of 3|||1.0e-04|not available: No derivatives\n");
+    EXPECT_EQ(shown(report),
+              "slopes|volume|300 K|0.0e+00|1.0e-04|agrees\n"
+              "slopes|2 of 3|||1.0e-04|not available: No derivatives; and for other reasons\n");
     EXPECT_TRUE(report.agrees());
 }
 

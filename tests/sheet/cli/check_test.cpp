@@ -46,6 +46,8 @@ class IdealPackage {
     std::function<void(ideal::Split&)> spoilFlash;
     HRESULT failure = S_OK; // of the property that fails
     std::string fails;
+    std::function<bool(const ideal::State&)> refuses; // a property there
+    std::function<bool(const ideal::State&)> refusesFlash;
     bool withSolid = false; // half of a liquid is a solid of the same kind
     bool askedWithSolid = false;
 
@@ -66,6 +68,9 @@ class IdealPackage {
             const std::string name = scripted::narrow(property);
             if (name == fails) {
                 return failure;
+            }
+            if (refuses && refuses(state)) {
+                return static_cast<HRESULT>(ECapeOutOfBoundsHR);
             }
             std::vector<double> values = ideal::property(name, state);
             if (spoilProperty) {
@@ -104,6 +109,9 @@ class IdealPackage {
         const std::vector<double> z = overall(L"fraction", L"Mole");
         const double P = overall(L"pressure", nullptr).at(0);
         const bool isTP = scripted::textsOf(call.in[0]).at(0) == L"temperature";
+        if (isTP && refusesFlash && refusesFlash({{}, overall(L"temperature", nullptr).at(0), P, z})) {
+            return static_cast<HRESULT>(ECapeSolvingErrorHR);
+        }
         ideal::Split split = isTP ? ideal::flashTP(overall(L"temperature", nullptr).at(0), P, z)
                                   : ideal::flashPV(P, vaporFraction(*call.material), z);
         if (spoilFlash) {
@@ -218,7 +226,7 @@ TEST_F(CheckTest, AHealthyPackageFitsInEveryRespect) {
     EXPECT_THAT(
         agreeing,
         ElementsAre("phases add up to the mixture: all 3", "phases have the conditions asked for: all 2",
-                    "properties that follow from each other: all 2",
+                    "properties that follow from each other: 2 of 8",
                     "heat capacities and volumes as slopes: all 3", "derivatives by temperature: 7 of 8",
                     "derivatives by pressure: 7 of 8", "derivatives by mole fractions: 7 of 8",
                     "derivatives by mole numbers: 7 of 8", "fugacities agree across phases: Vapor and Liquid",
@@ -401,6 +409,108 @@ TEST_F(CheckTest, TwoPhasePropertiesAreAskedOfThePhasesThatThePackageOffersThemF
                 testing::Contains("K-values fit the compositions: 2 of 3: not available: not for "
                                   "these phases"));
     EXPECT_FALSE(ideal_->askedWithSolid);
+}
+
+// A vapor is not condensed, so that it stays one phase.
+TEST_F(CheckTest, WithoutTwoPhasesWhatNeedsThemIsToldAsNotAvailable) {
+    const checking::Report report = check({{700.0}, {50'000.0}, {}});
+    EXPECT_THAT(misses(report), IsEmpty());
+    EXPECT_THAT(rowsOf(report),
+                testing::IsSupersetOf(
+                    {"fugacities agree across phases: phases: not available: no state has two phases",
+                     "K-values fit the compositions: phases: not available: no state has two phases",
+                     "listed properties of two phases: kvalue: not available: no state has two phases"}));
+}
+
+TEST_F(CheckTest, WhatIsNotListedIsToldAsNotAvailable) {
+    std::erase_if(ideal_->package->model.singlePhase,
+                  [](const scripted::Property& listed) { return listed.name == L"heatCapacityCp"; });
+    EXPECT_THAT(
+        rowsOf(check()),
+        testing::IsSupersetOf(
+            {"heat capacities and volumes as slopes: 2 of 3: not available: it lists no heatCapacityCp",
+             "properties that follow from each other: 6 of 8: not available: it lists no internalEnergy; "
+             "and for other reasons"}));
+}
+
+TEST_F(CheckTest, APropertyThatIsMissingCloseByIsToldAsNotAvailable) {
+    ideal_->refuses = [](const ideal::State& state) { return state.T != 300.0; };
+    const checking::Report report = check({{300.0}, {50'000.0}, {{1.0, 1.0, 1.0}}});
+    EXPECT_THAT(misses(report), IsEmpty());
+    EXPECT_THAT(
+        rowsOf(report),
+        testing::IsSupersetOf<testing::Matcher<std::string>>(
+            {"heat capacities and volumes as slopes: 2 of 3: not available: a value is missing within "
+             "0.5 % of the temperature",
+             testing::AllOf(StartsWith("derivatives by temperature: "),
+                            testing::HasSubstr("it is not calculated close by, so that no difference "
+                                               "can be formed"))}));
+}
+
+TEST_F(CheckTest, AListOfKValuesOfAnotherLengthIsNamed) {
+    ideal_->spoilProperty = [](std::string_view name, const ideal::State&, std::vector<double>& values) {
+        if (name == "kvalue") {
+            values.pop_back();
+        }
+    };
+    EXPECT_THAT(found(), ElementsAre("listed properties of two phases: kvalue: FAILS: The material says: "
+                                     "Unexpected number of values"));
+}
+
+TEST_F(CheckTest, KValuesAreOfTheVaporOverTheLiquidWhateverTheOrderOfThePhases) {
+    std::ranges::reverse(ideal_->package->model.phases);
+    const checking::Report report = check();
+    EXPECT_THAT(misses(report), IsEmpty());
+    EXPECT_THAT(rowsOf(report), testing::Contains("K-values fit the compositions: Vapor and Liquid: agrees"));
+}
+
+TEST_F(CheckTest, AGibbsEnergyMayCountFromTheFormationOfTheCompounds) {
+    ideal_->package->model.singlePhase.push_back({L"enthalpyF", 0, true});
+    ideal_->package->model.singlePhase.push_back({L"entropyF", 0, true});
+    ideal_->spoilProperty = [](std::string_view name, const ideal::State& state,
+                               std::vector<double>& values) {
+        if (name == "gibbsEnergy") {
+            values[0] -= 1e5 + 50.0 * state.T;
+        } else if (name == "gibbsEnergy.Dtemperature") {
+            values[0] -= 50.0;
+        } else if (name == "gibbsEnergy.Dmoles") {
+            for (double& value : values) {
+                value -= 1e5 + 50.0 * state.T;
+            }
+        }
+    };
+    EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(CheckTest, AStateThatThePackageRefusesIsToldAsNotAvailable) {
+    ideal_->refusesFlash = [](const ideal::State& state) { return state.T > 370.0; };
+    const checking::Report report = check();
+    EXPECT_THAT(misses(report), IsEmpty());
+    EXPECT_THAT(rowsOf(report), testing::Contains("K-values fit the compositions: Vapor and Liquid: agrees"));
+}
+
+TEST_F(CheckTest, AStateThatWasAskedForAndIsRefusedIsNamed) {
+    ideal_->refusesFlash = [](const ideal::State& state) { return state.T > 370.0; };
+    EXPECT_THAT(misses(check({{300.0, 380.0}, {50'000.0}, {}})),
+                ElementsAre("phase equilibria: temperature and pressure: FAILS: solution error"));
+}
+
+TEST_F(CheckTest, DewPointsBelowBubblePointsByRoundingAreOneTemperature) {
+    ideal_->spoilFlash = [](ideal::Split& split) {
+        split.T *= split.vaporFraction == 1.0 ? 1.0 - 1e-9 : 1.0;
+    };
+    EXPECT_THAT(rowsOf(check({{}, {}, {{0.0, 1.0, 0.0}}})),
+                testing::Contains("fugacities agree across phases: Vapor and Liquid: agrees"));
+}
+
+TEST_F(CheckTest, TracesThatAFlashDoesNotResolveAreNoMiss) {
+    ideal_->spoilFlash = [](ideal::Split& split) {
+        if (!split.liquid.empty() && !split.vapor.empty()) {
+            split.liquid[2] += 1e-11;
+            split.liquid[0] -= 1e-11;
+        }
+    };
+    EXPECT_THAT(misses(check({{}, {}, {{0.5, 0.5, 1e-7}}})), IsEmpty());
 }
 
 TEST_F(CheckTest, AFlashThatFailsIsNamedWithItsText) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <functional>
 #include <stdexcept>
+#include <string>
 
 namespace ideal {
 
@@ -157,6 +158,17 @@ double bisect(double low, double high, const std::function<bool(double)>& isBelo
 } // namespace
 
 std::vector<double> property(std::string_view name, const State& state) {
+    if (const std::size_t at = name.find("F."); at != std::string_view::npos || name.ends_with("F")) {
+        std::string plainName{name};
+        plainName.erase(at == std::string_view::npos ? name.size() - 1 : at, 1);
+        std::vector<double> values = property(plainName, state);
+        const bool isEnthalpy = name.starts_with("enthalpy");
+        const bool isMole = name.ends_with(".Dmoles");
+        for (double& value : values) {
+            value += (at == std::string_view::npos || isMole) ? (isEnthalpy ? -1e5 : 50.0) : 0.0;
+        }
+        return values;
+    }
     if (takeSuffix(name, ".Dtemperature")) {
         return slope(
             [&](double d) {

@@ -20,8 +20,8 @@ struct State {
 };
 
 /// A property, or with a suffix its derivative, of volume, enthalpy, entropy, gibbsEnergy, heatCapacityCp,
-/// fugacity and fugacityCoefficient. Derivatives by composition stand compound of the property by compound of
-/// the derivative.
+/// fugacity, logFugacity and fugacityCoefficient; enthalpyF and entropyF are shifted by what formation may
+/// add. Derivatives by composition stand compound of the property by compound of the derivative.
 std::vector<double> property(std::string_view name, const State& state);
 
 /// Of the vapor over the liquid.
