@@ -21,7 +21,7 @@ Bytes savedBytesOf(const std::wstring& ppName, const PropertyPackage& package, c
     const auto stream = com::make<MemoryStream>(buffer, MemoryStream::Access::writable);
     const HRESULT code = package.saveState(stream.get());
     if (FAILED(code)) {
-        report(joined(L"Failed to save package ", ppName, L": ") + systemErrorText(code));
+        report(joined(L"Failed to save package ", ppName.c_str(), L": ") + systemErrorText(code));
         return {};
     }
     return std::move(*buffer);
@@ -157,7 +157,8 @@ void depersist(WorkbookStore& store, WorkbookKey workbook, const VARIANT& table,
             throw;
         } catch (...) {
             const com::unique_bstr reason = currentFailureMessage();
-            messages.tell(joined(L"Cannot restore property package from ", saved.managerName, L": ") +
+            // A name ends at a zero, as a message box does: the reason is to be seen behind it.
+            messages.tell(joined(L"Cannot restore property package from ", saved.managerName.c_str(), L": ") +
                           std::wstring{com::viewOf(reason)});
         }
     }

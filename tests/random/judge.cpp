@@ -113,8 +113,17 @@ std::string badElements(const Promise& promise, SAFEARRAY* array) {
                    ? ""
                    : "a name is empty";
     }
-    if (promise.element == VT_VARIANT && !promise.keepsBounds) {
+    if (promise.element == VT_VARIANT) {
         const com::array_lock<VARIANT> lock{array};
+        // What a reference leads to is gone when the cell is looked at.
+        const auto isReference = [](const VARIANT& cell) { return (cell.vt & VT_BYREF) != 0; };
+        if (std::ranges::any_of(lock.elements(), isReference)) {
+            return "a cell refers to a value elsewhere";
+        }
+        // A constant is the package's own value, of whatever type.
+        if (promise.keepsBounds) {
+            return {};
+        }
         return std::ranges::all_of(lock.elements(), isScalar) ? "" : "a cell holds no single value";
     }
     return {};
@@ -238,13 +247,17 @@ std::string Judge::complaint(const Call& call, bool callerIsColumn, HRESULT code
 }
 
 std::string Judge::complaint(HRESULT code, const std::optional<std::wstring>& failure) const {
-    if (code == S_OK || code == E_POINTER) {
-        return failure && code == E_POINTER ? "a missing output has a text" : "";
+    if (code == E_POINTER) {
+        return failure ? "a missing output has a text" : "";
     }
-    if (code != E_FAIL) {
+    if (code != S_OK && code != E_FAIL) {
         return "the code is " + std::to_string(code);
     }
-    return failure ? badText(*failure, false) : "the failure has no text";
+    if (!failure) {
+        return code == S_OK ? "" : "the failure has no text";
+    }
+    // A success may have shown a message: of one package among several.
+    return badText(*failure, false);
 }
 
 } // namespace chance

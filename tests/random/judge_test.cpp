@@ -82,6 +82,18 @@ TEST_F(JudgeOfAnswers, RefusesObjectsInCells) {
     static_cast<VARIANT*>(cells.parray->pvData)->vt = VT_DISPATCH;
     EXPECT_EQ(ofResult("PhaseEquilibrium", Direction::row, cells), "a cell holds no single value");
 }
+TEST_F(JudgeOfAnswers, RefusesReferencesAmongConstants) {
+    com::variant cells = list(VT_VARIANT, 2);
+    auto* const elements = static_cast<VARIANT*>(cells.parray->pvData);
+    double number = 1.0;
+    elements[0].vt = VT_DECIMAL;
+    EXPECT_EQ(ofResult("CompoundConstant", Direction::row, cells), "");
+    elements[1].vt = VT_R8 | VT_BYREF;
+    elements[1].pdblVal = &number;
+    EXPECT_EQ(ofResult("CompoundConstant", Direction::row, cells), "a cell refers to a value elsewhere");
+    EXPECT_EQ(ofResult("PhaseEquilibrium", Direction::row, cells), "a cell refers to a value elsewhere");
+    elements[1].vt = VT_EMPTY;
+}
 TEST_F(JudgeOfAnswers, RefusesEmptyNames) {
     EXPECT_EQ(ofResult("Phases", Direction::row, block(VT_BSTR, 1, 2)), "a name is empty");
 }
@@ -112,6 +124,13 @@ TEST_F(JudgeOfAnswers, RefusesServicesThatFailWithoutAText) {
     EXPECT_EQ(judge.complaint(E_FAIL, std::nullopt), "the failure has no text");
     EXPECT_EQ(judge.complaint(E_FAIL, L"No such package"), "");
     EXPECT_EQ(judge.complaint(E_UNEXPECTED, std::nullopt), "the code is -2147418113");
+}
+
+TEST_F(JudgeOfAnswers, ReadsTheMessagesOfServicesThatSucceed) {
+    EXPECT_EQ(judge.complaint(S_OK, std::nullopt), "");
+    EXPECT_EQ(judge.complaint(S_OK, L"No such package"), "");
+    EXPECT_EQ(judge.complaint(S_OK, L""), "the failure has no text");
+    EXPECT_EQ(judge.complaint(S_OK, L"No such thing"), "nothing explains this text: No such thing");
 }
 
 TEST(MessagePatterns, MatchAnythingWhereSomethingVaries) {

@@ -190,6 +190,10 @@ TEST_F(Depersist, ARowOfNullsIsTold) {
     EXPECT_EQ(messageFor({}),
               "Cannot restore property package from <Unknown manager>: Excel package name unknown");
 }
+TEST_F(Depersist, TheReasonIsToldBehindANameThatEndsAtAZero) {
+    EXPECT_EQ(messageFor({L"", std::wstring(L"M\0x", 3), L"StandAlonePackage11", scriptedGuid}),
+              "Cannot restore property package from M: Excel package name unknown");
+}
 TEST_F(Depersist, TheFirstMistakeIsTold) {
     EXPECT_EQ(messageFor({L"", L"M", L"?", L"?"}),
               "Cannot restore property package from M: Excel package name unknown");
