@@ -26,6 +26,17 @@ constexpr const char* colours[] = {"#0072b2", "#d55e00", "#009e73", "#cc79a7",
                                    "#e69f00", "#56b4e9", "#000000"};
 const char* colourOf(std::size_t series) { return colours[series % std::size(colours)]; }
 
+// Lines of the same colour are dashed differently.
+constexpr const char* dashes[] = {"", " stroke-dasharray=\"8 4\"", " stroke-dasharray=\"2 3\""};
+const char* dashOf(std::size_t series) { return dashes[series / std::size(colours) % std::size(dashes)]; }
+
+// Characters that fit, at seven units each; those of the title are larger.
+constexpr std::size_t mostOfTitle = 72;
+constexpr std::size_t mostOfXTitle = 80;
+constexpr std::size_t mostOfYTitle = 44;
+constexpr std::size_t mostOfName = 40;
+constexpr std::size_t mostLegendRows = 10; // more would leave no room for the chart
+
 bool isFinite(const Point& point) { return std::isfinite(point.x) && std::isfinite(point.y); }
 
 std::string number(double value) {
@@ -62,6 +73,20 @@ std::size_t characters(const std::string& text) {
         std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
+std::string shortened(const std::string& text, std::size_t most) {
+    if (characters(text) <= most) {
+        return text;
+    }
+    std::size_t end = 0;
+    for (std::size_t count = 0; end < text.size(); ++end) {
+        const bool begins = (static_cast<unsigned char>(text[end]) & 0xC0U) != 0x80U;
+        if (begins && ++count == most) {
+            break; // here stands the ellipsis
+        }
+    }
+    return text.substr(0, end) + "…";
+}
+
 // The title of an axis, with the power of ten that its labels leave out: "pressure, 10⁶ Pa" would need to
 // know units, so the factor stands in parentheses.
 std::string withPower(const std::string& title, int power) {
@@ -80,7 +105,8 @@ std::string withPower(const std::string& title, int power) {
 class Drawing {
   public:
     explicit Drawing(const Chart& chart)
-        : chart_{chart}, top_{(chart.title.empty() ? 24.0 : 52.0) + (hasLegend() ? legendRow : 0.0)} {
+        : chart_{chart}, legend_{legendOf(chart)}, top_{(chart.title.empty() ? 24.0 : 52.0) +
+                                                        legendRow * static_cast<double>(legend_.size())} {
         constexpr double infinity = std::numeric_limits<double>::infinity();
         double x[2] = {infinity, -infinity};
         double y[2] = {infinity, -infinity};
@@ -104,19 +130,46 @@ class Drawing {
             "\" font-family=\"Segoe UI, Helvetica, Arial, sans-serif\" font-size=\"13\" fill=\"#333\">");
         add("<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>");
         if (!chart_.title.empty()) {
-            write(width / 2.0, 30.0, chart_.title, "middle", " font-size=\"17\" font-weight=\"600\"");
+            write(width / 2.0, 30.0, shortened(chart_.title, mostOfTitle), "middle",
+                  " font-size=\"17\" font-weight=\"600\"");
         }
         addAxes();
         addLegend();
         for (std::size_t i = 0; i < chart_.series.size(); ++i) {
-            addSeries(chart_.series[i].points, colourOf(i));
+            addSeries(chart_.series[i].points, i);
         }
         add("</svg>");
         return std::move(text_);
     }
 
   private:
-    bool hasLegend() const { return chart_.series.size() > 1; }
+    struct LegendRow {
+        std::size_t first; // of the series
+        std::size_t count;
+        double width;
+    };
+
+    static double legendWidth(const Series& series) {
+        return 54.0 + 7.0 * static_cast<double>(characters(shortened(series.name, mostOfName)));
+    }
+
+    // A single series needs none.
+    static std::vector<LegendRow> legendOf(const Chart& chart) {
+        std::vector<LegendRow> rows;
+        for (std::size_t i = 0; chart.series.size() > 1 && i < chart.series.size(); ++i) {
+            const double needed = legendWidth(chart.series[i]);
+            if (rows.empty() || rows.back().width + needed > width - 16.0) {
+                if (rows.size() == mostLegendRows) {
+                    break;
+                }
+                rows.push_back({i, 0, 0.0});
+            }
+            ++rows.back().count;
+            rows.back().width += needed;
+        }
+        return rows;
+    }
+
     double xOf(double value) const { return left + xScale_.placeOf(value) * (width - left - right); }
     double yOf(double value) const {
         return height - bottom - yScale_.placeOf(value) * (height - bottom - top_);
@@ -151,66 +204,73 @@ class Drawing {
         }
         addLine(left, low, width - right, low, axis);
         addLine(left, top_, left, low, axis);
-        write((left + width - right) / 2.0, height - 18.0, withPower(chart_.xTitle, xScale_.power), "middle");
+        write((left + width - right) / 2.0, height - 18.0,
+              withPower(shortened(chart_.xTitle, mostOfXTitle), xScale_.power), "middle");
         const double middle = (top_ + low) / 2.0;
-        write(24.0, middle, withPower(chart_.yTitle, yScale_.power), "middle",
+        write(24.0, middle, withPower(shortened(chart_.yTitle, mostOfYTitle), yScale_.power), "middle",
               " transform=\"rotate(-90 24.0 " + number(middle) + ")\"");
     }
 
-    // One row above the chart, as wide as its names at seven units a character.
+    // Rows above the chart, as wide as their names at seven units a character.
     void addLegend() {
-        if (!hasLegend()) {
-            return;
-        }
-        const auto widthOf = [](const Series& series) {
-            return 54.0 + 7.0 * static_cast<double>(characters(series.name));
-        };
-        double all = 0.0;
-        for (const Series& series : chart_.series) {
-            all += widthOf(series);
-        }
-        double x = std::max((left + width - right - all) / 2.0, 8.0);
-        const double y = top_ - 16.0;
-        for (std::size_t i = 0; i < chart_.series.size(); ++i) {
-            add("<line x1=\"" + number(x) + "\" y1=\"" + number(y) + "\" x2=\"" + number(x + 24.0) +
-                "\" y2=\"" + number(y) + "\" stroke=\"" + colourOf(i) + "\" stroke-width=\"2\"/>");
-            write(x + 30.0, y + 4.5, chart_.series[i].name, "start");
-            x += widthOf(chart_.series[i]);
+        double y = top_ - 16.0 - legendRow * (static_cast<double>(legend_.size()) - 1.0);
+        for (const LegendRow& row : legend_) {
+            double x = std::max((left + width - right - row.width) / 2.0, 8.0);
+            x = std::min(x, width - 8.0 - row.width);
+            for (std::size_t i = row.first; i < row.first + row.count; ++i) {
+                add("<line x1=\"" + number(x) + "\" y1=\"" + number(y) + "\" x2=\"" + number(x + 24.0) +
+                    "\" y2=\"" + number(y) + "\" stroke=\"" + colourOf(i) + "\" stroke-width=\"2\"" +
+                    dashOf(i) + "/>");
+                write(x + 30.0, y + 4.5, shortened(chart_.series[i].name, mostOfName), "start");
+                x += legendWidth(chart_.series[i]);
+            }
+            y += legendRow;
         }
     }
 
-    void addSeries(const std::vector<Point>& points, const char* colour) {
-        std::string line;
+    void addSeries(const std::vector<Point>& points, std::size_t series) {
+        const std::string colour = colourOf(series);
+        const bool marksAll = points.size() <= mostMarks;
+        std::vector<Point> line;
         const auto finish = [&] {
             if (!line.empty()) {
-                add("<polyline points=\"" + line + "\" fill=\"none\" stroke=\"" + colour +
-                    "\" stroke-width=\"2\" stroke-linejoin=\"round\"/>");
+                std::string places;
+                for (const Point& point : line) {
+                    places.append(places.empty() ? "" : " ")
+                        .append(number(xOf(point.x)))
+                        .append(",")
+                        .append(number(yOf(point.y)));
+                }
+                add("<polyline points=\"" + places + "\" fill=\"none\" stroke=\"" + colour +
+                    "\" stroke-width=\"2\" stroke-linejoin=\"round\"" + dashOf(series) + "/>");
+            }
+            if (!marksAll && line.size() == 1) { // a line of one point shows nothing
+                addMark(line.front(), colour);
             }
             line.clear();
         };
         for (const Point& point : points) {
-            if (!isFinite(point)) {
+            if (isFinite(point)) {
+                line.push_back(point);
+            } else {
                 finish();
-                continue;
             }
-            line.append(line.empty() ? "" : " ")
-                .append(number(xOf(point.x)))
-                .append(",")
-                .append(number(yOf(point.y)));
         }
         finish();
-        if (points.size() > mostMarks) {
-            return;
-        }
         for (const Point& point : points) {
-            if (isFinite(point)) {
-                add("<circle cx=\"" + number(xOf(point.x)) + "\" cy=\"" + number(yOf(point.y)) +
-                    "\" r=\"3\" fill=\"" + colour + "\"/>");
+            if (marksAll && isFinite(point)) {
+                addMark(point, colour);
             }
         }
     }
 
+    void addMark(const Point& point, const std::string& colour) {
+        add("<circle cx=\"" + number(xOf(point.x)) + "\" cy=\"" + number(yOf(point.y)) +
+            "\" r=\"3\" fill=\"" + colour + "\"/>");
+    }
+
     const Chart& chart_;
+    std::vector<LegendRow> legend_;
     Scale xScale_;
     Scale yScale_;
     double top_;

@@ -65,6 +65,41 @@ TEST(Chart, ManyPointsAreALineWithoutMarks) {
     EXPECT_EQ(countOf(svgOf({"", "", "", {series}}), "<circle"), 0U);
 }
 
+TEST(Chart, AnIsolatedPointIsMarkedAmongManyPoints) {
+    Series series{"", {}};
+    for (int i = 0; i < 100; ++i) {
+        series.points.push_back({double(i), i > 50 && i % 50 != 5 ? missing : double(i)});
+    }
+    EXPECT_EQ(countOf(svgOf({"", "", "", {series}}), "<circle"), 1U);
+}
+
+TEST(Chart, LongTitlesAndNamesAreShortened) {
+    const std::string name(45, 'n');
+    const std::string title = std::string(71, 't') + "äöü";
+    const std::string svg =
+        svgOf({title, std::string(81, 'x'), std::string(45, 'y'), {{name, {{0, 0}}}, {"b", {{1, 1}}}}});
+    EXPECT_THAT(svg, HasSubstr('>' + std::string(71, 't') + "…</text>"));
+    EXPECT_THAT(svg, HasSubstr('>' + std::string(79, 'x') + "…</text>"));
+    EXPECT_THAT(svg, HasSubstr('>' + std::string(43, 'y') + "…</text>"));
+    EXPECT_THAT(svg, HasSubstr('>' + std::string(39, 'n') + "…</text>"));
+}
+
+TEST(Chart, ALegendThatIsTooWideForOneRowGoesOn) {
+    const std::vector<Point> points{{0, 0}, {1, 1}};
+    const std::string svg = svgOf(
+        {"", "", "", {{std::string(40, 'a'), points}, {std::string(40, 'b'), points}, {"last", points}}});
+    // 334 + 334 units fill the first row.
+    EXPECT_THAT(svg, HasSubstr("y=\"32.5\" text-anchor=\"start\">" + std::string(40, 'b')));
+    EXPECT_THAT(svg, HasSubstr("y=\"52.5\" text-anchor=\"start\">last"));
+}
+
+TEST(Chart, SeriesOfTheSameColourAreDashedDifferently) {
+    const Series series{"s", {{0, 0}, {1, 1}}};
+    const std::string svg = svgOf({"", "", "", std::vector<Series>(15, series)});
+    EXPECT_EQ(countOf(svg, "stroke-dasharray=\"8 4\""), 14U); // of the line and in the legend
+    EXPECT_EQ(countOf(svg, "stroke-dasharray=\"2 3\""), 2U);
+}
+
 TEST(Chart, WithoutNumbersThereIsNothingToDraw) {
     EXPECT_FALSE(hasPoints({"", "", "", {{"a", {{missing, 1.0}}}}}));
     EXPECT_TRUE(hasPoints({"", "", "", {{"a", {{missing, 1.0}, {0.0, 0.0}}}}}));
