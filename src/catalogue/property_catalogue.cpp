@@ -4,6 +4,7 @@
 #include "src/foundation/exceptions.h"
 #include "src/foundation/text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -79,6 +80,10 @@ PropertyCatalogue::PropertyCatalogue() {
             addDerivatives(info);
         }
     };
+    static_assert(std::ranges::all_of(
+                      tables::singlePhase,
+                      [](const tables::SinglePhase& row) { return !row.overall || row.moleConversion != 0; }),
+                  "a condition of an equilibrium has a basis");
     for (const tables::SinglePhase& row : tables::singlePhase) {
         addWithAlias({row.name, row.unit, keepMassUnit(row.unit), Derivative_None, PropType_SinglePhase,
                       row.moleConversion, row.rank, row.extensive, row.overall},

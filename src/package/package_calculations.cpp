@@ -186,8 +186,6 @@ ArrayVariant PropertyPackage::specification(const EquilibriumCondition& conditio
         stored.basis = Basis_Undefined;
     } else if (!info.overall) {
         throw WStrException{joined(L"Unsupported flash condition \"", name, L"\"")};
-    } else if (info.moleConversion == 0) {
-        stored.basis = Basis_Undefined;
     }
     const std::wstring texts[] = {name, L"", L"overall"};
     return stringVectorToArray(texts);

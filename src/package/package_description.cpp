@@ -33,7 +33,7 @@ std::wstring PropertyPackage::describe() const {
         addLine(text, L"Created from CAPE-OPEN 1.1 Property Package Manager");
         addLine(text, L"Package manager name: ", managerName_);
         addLine(text, L"Package name: ", packageName_);
-    } else if (managerType_ == StandAlonePackage11) {
+    } else { // there are no packages of another type
         addLine(text, L"Stand-alone CAPE-OPEN 1.1 Property Package");
         addLine(text, L"Package name: ", managerName_);
     }

@@ -3,7 +3,6 @@
 #include "src/foundation/exceptions.h"
 
 #include <array>
-#include <limits>
 #include <new>
 #include <zlib.h>
 
@@ -17,9 +16,7 @@ constexpr int memoryLevel = 8;
 
 // In the C++ heap, like everything else here.
 voidpf allocate(voidpf, uInt count, uInt size) noexcept {
-    if (size != 0 && count > std::numeric_limits<std::size_t>::max() / size) {
-        return nullptr;
-    }
+    static_assert(sizeof(std::size_t) >= 2 * sizeof(uInt), "the product fits");
     return operator new (std::size_t{count} * size, std::nothrow);
 }
 void release(voidpf, voidpf block) noexcept { operator delete(block); }

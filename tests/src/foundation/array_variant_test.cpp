@@ -23,6 +23,16 @@ TEST(CreateVector, MakesOneDimensionFromZero) {
     EXPECT_FALSE(holder.locked);
 }
 
+TEST(ArrayVariantOwner, KeepsItsArrayWhenItIsMovedIntoItself) {
+    ArrayVariant holder;
+    holder.createVector(3, VT_R8);
+    ArrayVariant& same = holder;
+    holder = std::move(same);
+    EXPECT_EQ(holder.value.vt, VT_ARRAY | VT_R8);
+    EXPECT_EQ(holder.count, 3);
+    EXPECT_TRUE(holder.owned);
+}
+
 TEST(CreateVector, HoldsTheElementTypeAskedFor) {
     for (const VARTYPE vt :
          {VARTYPE{VT_I2}, VARTYPE{VT_I4}, VARTYPE{VT_R8}, VARTYPE{VT_BSTR}, VARTYPE{VT_VARIANT}}) {

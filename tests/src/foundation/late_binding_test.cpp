@@ -82,6 +82,16 @@ TEST(ReadObject, GivesTheObjectBehindAProperty) {
     EXPECT_EQ(readObject(outer->dispatch(), L"ActiveWorkbook").get(), inner->dispatch());
 }
 
+TEST(ReadObject, GivesTheObjectBehindAPropertyThatIsAPlainObject) {
+    const auto inner = rangeOf({});
+    com::variant plain;
+    plain.vt = VT_UNKNOWN;
+    plain.punkVal = inner->dispatch();
+    plain.punkVal->AddRef();
+    const auto outer = rangeOf(std::move(plain));
+    EXPECT_EQ(readObject(outer->dispatch(), L"ActiveWorkbook").get(), inner->dispatch());
+}
+
 TEST(ReadObject, GivesNothingForAPropertyWithoutAnObject) {
     EXPECT_FALSE(readObject(rangeOf({})->dispatch(), L"ActiveWorkbook"));
     EXPECT_FALSE(readObject(rangeOf(com::variant{1.0})->dispatch(), L"ActiveWorkbook"));

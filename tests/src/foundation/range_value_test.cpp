@@ -44,6 +44,18 @@ TEST(ResolveRangeValue, OfASingleCellIsItsScalar) {
     EXPECT_EQ(com::viewOf(resolved.value.bstrVal), L"Vapor");
 }
 
+TEST(ResolveRangeValue, FollowsTheReferenceThatARangeYields) {
+    double number = 0.5;
+    com::variant contents;
+    contents.vt = VT_BYREF | VT_R8;
+    contents.pdblVal = &number;
+    const auto range = rangeOf(std::move(contents));
+    const ArrayVariant resolved = resolveRangeValue(com::variant::object(range->dispatch()));
+    EXPECT_FALSE(resolved.owned);
+    ASSERT_EQ(resolved.value.vt, VT_R8);
+    EXPECT_EQ(resolved.value.dblVal, 0.5);
+}
+
 TEST(ResolveRangeValue, KeepsARangeThatCannotBeReadAsTheObjectThatItIs) {
     const auto range = rangeOf(com::variant{1.0});
     range->invokeResult = E_FAIL;

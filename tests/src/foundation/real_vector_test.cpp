@@ -103,6 +103,43 @@ TEST(RealVector, RefusesAnArrayWhoseLabelLies) {
     EXPECT_EQ(refusal(label), L"not a real array");
 }
 
+// What a careless component may pass: a description of `count` numbers without a word about their type.
+com::unique_safearray description(ULONG count) {
+    com::unique_safearray array;
+    if (FAILED(SafeArrayAllocDescriptor(1, array.put()))) {
+        throw std::bad_alloc{};
+    }
+    array.get()->cbElements = sizeof(double);
+    array.get()->rgsabound[0] = {count, 0};
+    return array;
+}
+
+TEST(RealVector, ReadsAnArrayThatDoesNotTellItsTypeAsItsLabelSays) {
+    double numbers[] = {0.25, 0.75};
+    const com::unique_safearray array = description(2);
+    array.get()->fFeatures = FADF_STATIC;
+    array.get()->pvData = numbers;
+    VARIANT value{};
+    value.vt = VT_ARRAY | VT_R8;
+    value.parray = array.get();
+    EXPECT_EQ(readRealVector(value), (Reals{0.25, 0.75}));
+}
+
+TEST(RealVector, RefusesAnArrayWhoseElementsAreNotThere) {
+    const com::unique_safearray array = description(2);
+    VARIANT value{};
+    value.vt = VT_ARRAY | VT_R8;
+    value.parray = array.get();
+    EXPECT_EQ(refusal(value), L"failed to access array data");
+}
+
+TEST(RealVector, RefusesAnArrayThatIsLockedTooOften) {
+    const com::variant numbers = reals({{1, 0}}, {0.5});
+    numbers.parray->cLocks = 0xFFFF;
+    EXPECT_EQ(refusal(numbers), L"failed to access array data");
+    numbers.parray->cLocks = 0;
+}
+
 TEST(RealVector, ReadsCellsAsNumbersWhereItCan) {
     EXPECT_EQ(readRealVector(cells({{3, 1}, {1, 1}}, 1.0, L"2", emptyCell())), (Reals{1.0, 2.0, 0.0}));
     EXPECT_EQ(readRealVector(cells({{1, 1}, {4, 1}}, 3L, true, false, L"-1.5e2")),
@@ -214,6 +251,8 @@ TEST(RealVector, IsNotMadeOfOtherObjects) {
 TEST(RealVector, DoesNotFollowARangeThatYieldsRanges) {
     const auto inner = rangeOf(com::variant{0.5});
     const auto outer = rangeOf(reference(*inner));
+    EXPECT_EQ(refusal(reference(*outer)), L"not a real array");
+    outer->answer.vt = VT_UNKNOWN;
     EXPECT_EQ(refusal(reference(*outer)), L"not a real array");
 }
 

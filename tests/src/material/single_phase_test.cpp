@@ -19,6 +19,11 @@ TEST_F(SinglePhaseMaterial, GivesConditionsOfTheRequestedPhaseInAnyLetterCase) {
     EXPECT_EQ(getTPFraction(L"LIQUID"), "350 200000 [0.2, 0.3, 0.5]");
 }
 
+TEST_F(SinglePhaseMaterial, KnowsTheRequestedPhaseByLettersOfOtherAlphabetsInAnyCase) {
+    requestSinglePhase(L"enthalpy", L"fl\u00FCssig");
+    EXPECT_EQ(getSinglePhase(L"temperature", L"FL\u00DCSSIG", nullptr), "[350]");
+}
+
 TEST_F(SinglePhaseMaterial, GivesMoleFractionsForAMassComposition) {
     // 0.2 kg of 10 g/mol, 0.2 kg of 20 g/mol and 0.6 kg of 40 g/mol: 20, 10 and 15 mol.
     material->setComposition({0.2, 0.2, 0.6}, Basis_Mass);

@@ -60,6 +60,10 @@ TEST_F(Arguments, NumbersThatAreNoIndexAreRefused) {
     EXPECT_EQ(compound(number(std::numeric_limits<double>::infinity())), badCompound);
 }
 TEST_F(Arguments, AWholeNumberTypeSelects) { EXPECT_EQ(compound(com::variant{2L}), "list: B2"); }
+TEST_F(Arguments, AWholeNumberTypeBeyondTheCompoundsIsRefused) {
+    EXPECT_EQ(compound(com::variant{4L}), badCompound);
+    EXPECT_EQ(compound(com::variant{-1L}), badCompound);
+}
 TEST_F(Arguments, ATruthValueIsNoCompound) {
     EXPECT_EQ(compound(truth(true)), badCompound);
     EXPECT_EQ(compound(truth(false)), all);

@@ -71,6 +71,31 @@ TEST_F(CompoundConstant, TextsPassUnchanged) {
     EXPECT_EQ(constant(L"chemicalFormula"), "list: N2 | CO2 | \"\"");
     EXPECT_EQ(constant(L"chemicalFormula", text(L"mass")), "list: N2 | CO2 | \"\"");
 }
+TEST_F(CompoundConstant, AValueThatRefersToThePackagesMemoryIsCopied) {
+    double own = 3000.0;
+    DECIMAL unknown{};
+    std::vector<com::variant> given(3);
+    given[0].vt = VT_BYREF | VT_R8;
+    given[0].pdblVal = &own;
+    given[1].vt = VT_BYREF | VT_DECIMAL;
+    given[1].pdecVal = &unknown;
+    given[2] = number(4000.0);
+    package->answers("GetCompoundConstant", values(std::move(given)));
+    const com::variant result = call(L"CapeOpenCompoundConstant", [] {
+        std::vector<com::variant> arguments;
+        arguments.push_back(text(L"P"));
+        arguments.push_back(text(L"criticalTemperature"));
+        return arguments;
+    }());
+    own = 1.0;
+    ASSERT_EQ(result.vt, VT_ARRAY | VT_VARIANT);
+    const com::array_lock<VARIANT> lock{result.parray};
+    ASSERT_EQ(lock.elements().size(), 3U);
+    EXPECT_EQ(lock.elements()[0].vt, VT_R8);
+    EXPECT_EQ(lock.elements()[0].dblVal, 3000.0);
+    EXPECT_EQ(lock.elements()[1].vt, VT_EMPTY);
+    EXPECT_EQ(lock.elements()[2].dblVal, 4000.0);
+}
 TEST_F(CompoundConstant, MassBasisDividesEachValueByItsCompoundsWeight) {
     EXPECT_EQ(constant(L"criticalVolume", text(L"mass")), "list: 100000 | 100000 | 100000");
 }

@@ -37,6 +37,11 @@ TEST_F(Equilibrium, AMatrixHasARowForEachPhase) {
     EXPECT_EQ(flash({.orientation = text(L"matrix")}),
               "301 | 100001 | 0.25 | 0.5 | 0.25 | 0.25 / 302 | 100002 | 0.75 | 0.125 | 0.25 | 0.625");
 }
+TEST_F(Equilibrium, OfAPackageWithoutPhasesHasNoResults) {
+    package->phases({});
+    flashesTo({});
+    EXPECT_EQ(matrix(L""), "No results");
+}
 TEST_F(Equilibrium, OverallResultsComeFirst) {
     EXPECT_EQ(matrix(L"overallResults"),
               "300.5 | 100000.5 | 1 | 0.25 | 0.25 | 0.5 / 301 | 100001 | 0.25 | 0.5 | 0.25 | 0.25 "

@@ -107,6 +107,15 @@ TEST_F(LateBinding, AnUnknownMemberIsNotFound) {
     com::variant result;
     EXPECT_EQ(invoke(0x60020009, {}, &result), DISP_E_MEMBERNOTFOUND);
 }
+TEST_F(LateBinding, AMemberBelowTheFirstFunctionIsNotFound) {
+    com::variant result;
+    EXPECT_EQ(invoke(DISPID_VALUE, {}, &result), DISP_E_MEMBERNOTFOUND);
+}
+TEST_F(LateBinding, AFailingFunctionNeedsNoPlaceForItsText) {
+    SetErrorInfo(0, nullptr);
+    EXPECT_EQ(invoke(unitOfMeasure, arguments(text(L"colour")), nullptr), S_OK);
+    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Invalid/unknown property \"colour\"");
+}
 TEST_F(LateBinding, AFailingServiceRaisesItsMessage) {
     EXCEPINFO exception{};
     com::variant name = text(L"Nobody");
@@ -173,6 +182,53 @@ TEST_F(ScriptVariables, ReceiveEveryResultOfAService) {
 TEST_F(ScriptVariables, KeepWhatTheyHeldWhenTheServiceFails) {
     EXPECT_EQ(ask(L"colour", DISP_E_EXCEPTION),
               "Invalid/unknown property \"colour\" before before before before before before before before");
+}
+
+TEST_F(ScriptVariables, MayStandBesideTypedOnes) {
+    com::variant variable = text(L"before");
+    com::unique_bstr unitMole;
+    LONG numbers[4] = {};
+    VARIANT_BOOL truths[2] = {VARIANT_FALSE, VARIANT_FALSE};
+    const com::variant propName = text(L"enthalpy");
+    std::array<VARIANT, 9> given{};
+    given[8] = propName;
+    given[7].vt = VT_BYREF | VT_BSTR;
+    given[7].pbstrVal = unitMole.put();
+    given[6].vt = VT_BYREF | VT_VARIANT;
+    given[6].pvarVal = &variable;
+    for (std::size_t i = 0; i < 4; ++i) {
+        given[5 - i].vt = VT_BYREF | VT_I4;
+        given[5 - i].plVal = &numbers[i];
+    }
+    for (std::size_t i = 0; i < 2; ++i) {
+        given[1 - i].vt = VT_BYREF | VT_BOOL;
+        given[1 - i].pboolVal = &truths[i];
+    }
+    DISPPARAMS parameters{given.data(), nullptr, 9, 0};
+    EXPECT_EQ(addIn->Invoke(idOf(L"GetPropInfo"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                            nullptr, nullptr, nullptr),
+              S_OK);
+    EXPECT_EQ(com::viewOf(unitMole), L"J/mol");
+    EXPECT_EQ(shown(variable), "J/kg");
+    EXPECT_EQ(numbers[0], 8);
+    EXPECT_EQ(truths[1], VARIANT_TRUE);
+}
+TEST_F(ScriptVariables, MustBeThere) {
+    std::array<VARIANT, 9> given{};
+    const com::variant propName = text(L"enthalpy");
+    for (VARIANT& variable : given) {
+        variable.vt = VT_BYREF | VT_VARIANT;
+        variable.pvarVal = nullptr;
+    }
+    given[8] = propName;
+    DISPPARAMS parameters{given.data(), nullptr, 9, 0};
+    EXPECT_EQ(addIn->Invoke(idOf(L"GetPropInfo"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                            nullptr, nullptr, nullptr),
+              DISP_E_TYPEMISMATCH);
+}
+TEST_F(ScriptVariables, AreAllNeeded) {
+    com::variant result;
+    EXPECT_EQ(invoke(idOf(L"GetPropInfo"), arguments(text(L"enthalpy")), &result), DISP_E_BADPARAMCOUNT);
 }
 
 TEST_F(LateBinding, TheVtableGivesTheSame) {

@@ -1,6 +1,8 @@
 // Packages and front ends that call back into the add-in in the middle of a call.
 #include "tests/src/server/worksheet.h"
 
+#include <functional>
+
 using namespace tests;
 
 namespace {
@@ -20,6 +22,32 @@ class EagerFrontEnd final : public com::implements<com::COMObject, com::RefusedD
     int calls = 0;
 };
 
+// A cell that runs a macro while it is read.
+class MacroCell final : public com::implements<com::COMObject, ExcelRange> {
+  public:
+    MacroCell(double value, std::function<void()> macro) : value_{value}, macro_{std::move(macro)} {}
+
+    void* findInterface(REFIID iid) noexcept override {
+        return implements::findInterface(iid == IID_IDispatch ? __uuidof(ExcelRange) : iid);
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) noexcept override {
+        *ids = DISPID_VALUE;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                                     UINT*) noexcept override {
+        macro_();
+        *result = com::variant{value_}.release();
+        return S_OK;
+    }
+
+  private:
+    double value_;
+    std::function<void()> macro_;
+};
+
 class ReEntrancy : public Worksheet {
   protected:
     void SetUp() override {
@@ -29,6 +57,16 @@ class ReEntrancy : public Worksheet {
     void edit() {
         VARIANT_BOOL changed = VARIANT_FALSE;
         addIn->EditWorkbookPP(book(), com::makeBstr(L"P").get(), &changed);
+    }
+    /// The number of the third compound, or second phase, in a cell whose macro leaves the package one of
+    /// each.
+    com::variant numberOfTheLast(double number) {
+        const auto cell = com::make<MacroCell>(number, [this] {
+            package->compounds({{L"A1", L"Alpha", L"", 300.0, 10.0, L""}});
+            package->phases({{L"Vapor", L"Vapor"}});
+            edit();
+        });
+        return com::variant::object(static_cast<ExcelRange*>(cell.get()));
     }
 };
 
@@ -58,6 +96,25 @@ TEST_F(ReEntrancy, APackageEditedWhileItTakesTheMaterialFailsTheCall) {
         return call.healthy();
     });
     EXPECT_EQ(flash({}), "Property package was changed during the calculation");
+}
+TEST_F(ReEntrancy, ACompoundThatIsGoneWhenItsCellIsReadFailsTheCall) {
+    const std::string changed = "Property package was changed during the calculation";
+    EXPECT_EQ(show(L"CapeOpenCompounds", text(L"P"), omitted(), numberOfTheLast(3)), changed);
+    EXPECT_EQ(show(L"CapeOpenCompounds", text(L"P")), "A1");
+}
+TEST_F(ReEntrancy, APhaseThatIsGoneWhenItsCellIsReadFailsTheCall) {
+    const std::string changed = "Property package was changed during the calculation";
+    EXPECT_EQ(show(L"CapeOpenPhases", text(L"P"), omitted(), numberOfTheLast(2)), changed);
+    EXPECT_EQ(show(L"CapeOpenPhases", text(L"P")), "Vapor");
+}
+TEST_F(ReEntrancy, AConstantOfACompoundThatIsGoneWhenItsCellIsReadFailsTheCall) {
+    EXPECT_EQ(show(L"CapeOpenCompoundConstant", text(L"P"), text(L"criticalTemperature"), omitted(),
+                   omitted(), numberOfTheLast(3)),
+              "Property package was changed during the calculation");
+}
+TEST_F(ReEntrancy, AFlashWhoseCompositionEditsThePackageIsRefused) {
+    EXPECT_EQ(flash({.composition = numberOfTheLast(1.0)}),
+              "Unexpected number of values for overall composition");
 }
 TEST_F(ReEntrancy, AShutdownDuringACalculationEndsInAResult) {
     package->hook("CalcEquilibrium", [&](scripted::Call& call) {

@@ -1,6 +1,8 @@
 // Self-registration: what regsvr32 leaves in the user's registry and takes out again.
 #include "tests/src/server/add_in.h"
 
+#include <array>
+#include <cstddef>
 #include <gtest/gtest.h>
 
 using namespace tests;
@@ -57,6 +59,33 @@ constexpr const wchar_t* keysWithoutValues[] = {
 };
 
 std::wstring options(const wchar_t* version) { return office + version + L"\\Excel\\Options"; }
+
+// Leaves everybody these rights to a key, as an administrator's policy may.
+class Restricted {
+  public:
+    Restricted(const std::wstring& key, REGSAM rights) {
+        EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, key.c_str(), 0, WRITE_DAC, key_.put()), ERROR_SUCCESS);
+        SID everybody{SID_REVISION, 1, {SECURITY_WORLD_SID_AUTHORITY}, {SECURITY_WORLD_RID}};
+        alignas(ACL) std::array<std::byte, 64> buffer{};
+        ACL* const list = reinterpret_cast<ACL*>(buffer.data());
+        EXPECT_TRUE(InitializeAcl(list, buffer.size(), ACL_REVISION));
+        EXPECT_TRUE(AddAccessAllowedAce(list, ACL_REVISION, rights, &everybody));
+        give(list);
+    }
+    Restricted(const Restricted&) = delete;
+    Restricted& operator=(const Restricted&) = delete;
+    ~Restricted() { give(nullptr); }
+
+  private:
+    void give(ACL* rights) const { // null: everybody may do everything
+        SECURITY_DESCRIPTOR descriptor{};
+        InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+        SetSecurityDescriptorDacl(&descriptor, TRUE, rights, FALSE);
+        EXPECT_EQ(RegSetKeySecurity(key_.get(), DACL_SECURITY_INFORMATION, &descriptor), ERROR_SUCCESS);
+    }
+
+    com::unique_registry_key key_;
+};
 
 // Each test finds a user with no Office settings and the add-in registered, and leaves the same behind.
 class Registration : public ::testing::Test {
@@ -181,6 +210,31 @@ TEST_F(Registration, UnregisteringLeavesNothingBehind) {
     }
     EXPECT_EQ(userValue(options(L"16.0"), L"OPEN"), L"C:\\Other\\one.xla");
     EXPECT_FALSE(userValue(options(L"16.0"), L"OPEN1"));
+}
+
+TEST_F(Registration, AKeyThatMayNotBeWrittenIsReported) {
+    const Restricted restricted{classes + L"Quorvane.Excel", KEY_READ};
+    EXPECT_EQ(addIn.registerServer(), E_ACCESSDENIED);
+    EXPECT_EQ(addIn.unregisterServer(), E_ACCESSDENIED);
+    EXPECT_FALSE(userKeyExists(classes + L"Quorvane.Excel.1")) << "the others are removed all the same";
+}
+
+TEST_F(Registration, OptionsOfExcelThatMayNotBeWrittenAreReported) {
+    setUserValue(options(L"16.0"), L"OPEN", openCommand);
+    const Restricted restricted{options(L"16.0"), KEY_READ};
+    EXPECT_EQ(addIn.registerServer(), E_ACCESSDENIED);
+    EXPECT_EQ(addIn.unregisterServer(), E_ACCESSDENIED);
+    EXPECT_EQ(userValue(options(L"16.0"), L"OPEN"), openCommand);
+}
+
+TEST_F(Registration, OptionsOfExcelThatMayNotBeReadAreLeftAlone) {
+    setUserValue(options(L"16.0"), L"OPEN3", openCommand);
+    {
+        const Restricted restricted{options(L"16.0"), KEY_SET_VALUE};
+        EXPECT_EQ(addIn.registerServer(), S_OK);
+    }
+    EXPECT_EQ(userValue(options(L"16.0"), L"OPEN3"), openCommand);
+    EXPECT_FALSE(userValue(options(L"16.0"), L"OPEN"));
 }
 
 TEST_F(Registration, UnregisteringTwiceSucceeds) {

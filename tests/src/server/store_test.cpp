@@ -131,6 +131,11 @@ TEST_F(Store, OutPointersMustBeGiven) {
     EXPECT_EQ(addIn->EditWorkbookPP(book(), nullptr, nullptr), E_POINTER);
 }
 
+TEST_F(Store, APackageThatTheWorkbookDoesNotHaveIsNotEdited) {
+    attach();
+    EXPECT_EQ(edit(L"Nobody"), VARIANT_FALSE);
+    EXPECT_TRUE(package->calls("Edit").empty());
+}
 TEST_F(Store, AnUnknownPackageIsNotEdited) { EXPECT_EQ(edit(L"Nobody"), VARIANT_FALSE); }
 TEST_F(Store, AnEditedPackageIsReadAgain) {
     attach();

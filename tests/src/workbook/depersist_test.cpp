@@ -132,6 +132,40 @@ TEST_F(Depersist, AnArrayMustHoldWhatItsLabelSays) {
     numbers.vt = VT_ARRAY | VT_R8; // as which they are destroyed
     shorts.vt = VT_ARRAY | VT_I2;
 }
+TEST_F(Depersist, ATableThatDoesNotTellTheTypeOfItsElementsIsReadAsTexts) {
+    std::vector<com::unique_bstr> texts;
+    std::vector<BSTR> elements;
+    for (const std::wstring& text : row(L"Gas")) {
+        elements.push_back(texts.emplace_back(com::makeBstr(text)).get());
+    }
+    com::unique_safearray array;
+    ASSERT_EQ(SafeArrayAllocDescriptor(2, array.put()), S_OK);
+    array.get()->fFeatures = FADF_STATIC;
+    array.get()->cbElements = sizeof(BSTR);
+    array.get()->rgsabound[0] = {static_cast<ULONG>(elements.size()), 1}; // the last dimension comes first
+    array.get()->rgsabound[1] = {1, 1};
+    array.get()->pvData = elements.data();
+    VARIANT value{};
+    value.vt = VT_ARRAY | VT_BSTR;
+    value.parray = array.get();
+    restore(value);
+    EXPECT_THAT(namesIn(), ElementsAre(L"Gas"));
+    EXPECT_THAT(messages, IsEmpty());
+}
+TEST_F(Depersist, ATableWhoseElementsAreNotThereIsOneOfEmptyTexts) {
+    com::unique_safearray array;
+    ASSERT_EQ(SafeArrayAllocDescriptor(2, array.put()), S_OK);
+    array.get()->cbElements = sizeof(BSTR);
+    array.get()->rgsabound[0] = {6, 1};
+    array.get()->rgsabound[1] = {1, 1};
+    VARIANT value{};
+    value.vt = VT_ARRAY | VT_BSTR;
+    value.parray = array.get();
+    restore(value);
+    EXPECT_THAT(namesIn(), IsEmpty());
+    EXPECT_THAT(messages, ElementsAre("Cannot restore property package from <Unknown manager>: "
+                                      "Excel package name unknown"));
+}
 TEST_F(Depersist, ATableHasTwoDimensions) {
     constexpr const char* message = "unexpected dimension; 2-dimensional array expected";
     EXPECT_EQ(refusal(com::textArray(std::vector<std::wstring>{L"Gas"})), message);
