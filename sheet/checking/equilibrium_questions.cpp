@@ -31,7 +31,8 @@ std::string numberInsteadOf(const Answer& answer, std::size_t expected) {
     return std::to_string(answer.values.size()) + " values instead of " + std::to_string(expected);
 }
 
-// ln of the fugacities over the pressure: ln(x phi).
+} // namespace
+
 Answer logFugacities(const Package& package, const Place& place) {
     constexpr std::array<std::string_view, 4> names{"fugacity", "logFugacity", "logFugacityCoefficient",
                                                     "fugacityCoefficient"};
@@ -59,8 +60,6 @@ Answer logFugacities(const Package& package, const Place& place) {
     }
     return last;
 }
-
-} // namespace
 
 void askForBalance(const State& state, const Equilibrium& found, const std::string& where, Report& report) {
     if (found.phases.empty()) {

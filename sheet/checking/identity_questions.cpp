@@ -113,6 +113,50 @@ void askForFugacityOfCoefficient(const Package& package, const Spot& spot, Repor
     }
 }
 
+// The mean of ln f, weighted with the mole fractions, changes with the pressure by the integral of V / (R T).
+// Packages solve for the volume; its rounding shows in ln f.
+void askForFugacitiesAndVolume(const Package& package, const Spot& spot, Report& report) {
+    constexpr const char* text = "fugacities and volume";
+    constexpr double noise = 1e-4;
+    if (!areListed(package, {"volume"})) {
+        report.notOffered(integrals, text, "it lists no volume");
+        return;
+    }
+    const double P = spot.place.pressure;
+    const Composition& x = spot.place.compositions.front();
+    std::string failure = "a value is missing within 0.5 % of the pressure";
+    const auto at = [&](double step) {
+        Place place = spot.place;
+        place.pressure = P * (1.0 + halfStep * step);
+        return place;
+    };
+    const auto mean = [&](double step) {
+        const Place place = at(step);
+        const Answer logs = logFugacities(package, place);
+        failure = logs.failed() ? logs.failure : failure;
+        double sum = std::log(place.pressure);
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            sum += x[i] == 0.0 ? 0.0 : i < logs.values.size() ? x[i] * logs.values[i] : std::nan("");
+        }
+        return sum;
+    };
+    const double before = mean(-1.0);
+    const double after = mean(1.0);
+    double integral = 0.0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const Answer volume = listed(package, "volume", at(points[i]));
+        integral += volume.values.size() == 1 ? weights[i] * volume.values.front() : std::nan("");
+    }
+    integral *= P * halfStep / (R * spot.place.temperature);
+    if (!std::isfinite(before + after + integral)) {
+        report.notOffered(integrals, text, failure);
+        return;
+    }
+    report.compare(integrals, text, spot.text,
+                   std::abs(after - before - integral) /
+                       (std::abs(integral) + noise * std::max(1.0, std::abs(before))));
+}
+
 // The deviation of each value; empty when there is nothing to compare. `missing` is the first input that is
 // not listed.
 std::vector<double> deviations(const Package& package, const Identity& identity, const Spot& spot,
@@ -204,6 +248,7 @@ void askForIntegrals(const Package& package, const Spot& spot, Report& report) {
                                sizeOf(integral, std::abs(before) + std::abs(after)));
         }
     }
+    askForFugacitiesAndVolume(package, spot, report);
 }
 
 } // namespace sheet::checking

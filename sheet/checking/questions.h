@@ -16,6 +16,9 @@ struct Spot {
 /// Do the phases have the temperature and pressure that were asked for, and add up to the mixture?
 void askForBalance(const State& state, const Equilibrium& found, const std::string& where, Report& report);
 
+/// ln of the fugacities over the pressure, ln(x phi), from whatever of them the package lists.
+Answer logFugacities(const Package& package, const Place& place);
+
 /// Does each compound have one fugacity in all phases?
 void askForFugacities(const Package& package, const std::vector<Spot>& spots, Report& report);
 

@@ -227,7 +227,7 @@ TEST_F(CheckTest, AHealthyPackageFitsInEveryRespect) {
         agreeing,
         ElementsAre("phases add up to the mixture: all 3", "phases have the conditions asked for: all 2",
                     "properties that follow from each other: 2 of 8",
-                    "heat capacities and volumes as slopes: all 3", "derivatives by temperature: 7 of 8",
+                    "heat capacities and volumes as slopes: all 4", "derivatives by temperature: 7 of 8",
                     "derivatives by pressure: 7 of 8", "derivatives by mole fractions: 7 of 8",
                     "derivatives by mole numbers: 7 of 8", "fugacities agree across phases: Vapor and Liquid",
                     "K-values fit the compositions: Vapor and Liquid"));
@@ -335,6 +335,20 @@ TEST_F(CheckTest, AHeatCapacityThatDoesNotFitTheEnthalpyIsNamed) {
                     "heat capacities and volumes as slopes: entropy and heatCapacityCp / T: DIFFERS"));
 }
 
+TEST_F(CheckTest, FugacitiesThatDoNotFitTheVolumeAreNamed) {
+    // In both phases alike, so that they agree across the phases.
+    ideal_->spoilProperty = [](std::string_view name, const ideal::State& state,
+                               std::vector<double>& values) {
+        if (name.starts_with("fugacity")) {
+            for (double& value : values) {
+                value *= std::exp(1e-8 * state.P);
+            }
+        }
+    };
+    EXPECT_THAT(found(),
+                testing::Contains("heat capacities and volumes as slopes: fugacities and volume: DIFFERS"));
+}
+
 TEST_F(CheckTest, AGibbsEnergyThatDoesNotFitEnthalpyAndEntropyIsNamed) {
     ideal_->spoilProperty = [](std::string_view name, const ideal::State&, std::vector<double>& values) {
         if (name == "gibbsEnergy") {
@@ -428,7 +442,7 @@ TEST_F(CheckTest, WhatIsNotListedIsToldAsNotAvailable) {
     EXPECT_THAT(
         rowsOf(check()),
         testing::IsSupersetOf(
-            {"heat capacities and volumes as slopes: 2 of 3: not available: it lists no heatCapacityCp",
+            {"heat capacities and volumes as slopes: 2 of 4: not available: it lists no heatCapacityCp",
              "properties that follow from each other: 6 of 8: not available: it lists no internalEnergy; "
              "and for other reasons"}));
 }
@@ -440,7 +454,7 @@ TEST_F(CheckTest, APropertyThatIsMissingCloseByIsToldAsNotAvailable) {
     EXPECT_THAT(
         rowsOf(report),
         testing::IsSupersetOf<testing::Matcher<std::string>>(
-            {"heat capacities and volumes as slopes: 2 of 3: not available: a value is missing within "
+            {"heat capacities and volumes as slopes: 2 of 4: not available: a value is missing within "
              "0.5 % of the temperature",
              testing::AllOf(StartsWith("derivatives by temperature: "),
                             testing::HasSubstr("it is not calculated close by, so that no difference "
