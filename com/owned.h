@@ -173,12 +173,17 @@ class variant : public VARIANT {
 };
 
 /// `value` as `type`, by Automation's rules; empty when it cannot be one. With VARIANT_NOVALUEPROP an object
-/// is not asked for its default property.
+/// is not asked for its default property. Throws std::bad_alloc.
 inline std::optional<variant> convert(const VARIANT& value, VARTYPE type, USHORT flags = VARIANT_NOVALUEPROP,
-                                      LCID locale = LOCALE_USER_DEFAULT) noexcept {
+                                      LCID locale = LOCALE_USER_DEFAULT) {
     variant result;
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
-    if (FAILED(VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), locale, flags, type))) {
+    const HRESULT code =
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
+        VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), locale, flags, type);
+    if (code == E_OUTOFMEMORY) {
+        throw std::bad_alloc{};
+    }
+    if (FAILED(code)) {
         return std::nullopt;
     }
     return result;

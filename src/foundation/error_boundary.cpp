@@ -5,6 +5,7 @@
 #include "src/foundation/text.h"
 
 #include <exception>
+#include <new>
 
 namespace quorvane {
 
@@ -39,6 +40,24 @@ bool currentFailureHasText() noexcept {
         return failure.message() != nullptr;
     } catch (...) {
         return true;
+    }
+}
+
+SpareMessage::SpareMessage() {
+    refill();
+    if (!text_) {
+        throw std::bad_alloc{};
+    }
+}
+
+void SpareMessage::refill() noexcept {
+    if (text_) {
+        return;
+    }
+    try {
+        throw std::bad_alloc{};
+    } catch (...) {
+        text_ = currentFailureMessage();
     }
 }
 

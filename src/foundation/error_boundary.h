@@ -20,18 +20,39 @@ bool currentFailureHasText() noexcept;
 /// `iid`.
 void installErrorInfo(BSTR description, REFIID iid) noexcept;
 
+/// The message of a failure for which there is no memory, held in reserve: a cell that stays empty would pass
+/// for a result. Making one also throws for the first time, because GCC's run time needs memory for a
+/// thread's first exception, and ends the process when it cannot have that.
+class SpareMessage {
+  public:
+    /// Throws std::bad_alloc.
+    SpareMessage();
+
+    /// Null when it was taken and there has been no memory for another one since.
+    com::unique_bstr take() noexcept { return std::move(text_); }
+    void refill() noexcept;
+
+  private:
+    com::unique_bstr text_;
+};
+
 /// Frame of a worksheet function: a failing one succeeds with the message as its result, so that the cell
-/// shows it. `fail` receives the message; `iid` is the interface named in the error information. Without
-/// memory for a message it returns E_OUTOFMEMORY, for which Excel shows an error value: an empty cell would
-/// pass for a result.
+/// shows it. `fail` receives the message; `iid` is the interface named in the error information. Only when
+/// there is neither memory for a message nor a spare one left it returns E_OUTOFMEMORY, for which Excel shows
+/// an error value.
 template <typename Body, typename Fail>
-HRESULT worksheetCall(REFIID iid, Body&& body, Fail&& fail) noexcept {
+HRESULT worksheetCall(REFIID iid, SpareMessage& spare, Body&& body, Fail&& fail) noexcept {
+    spare.refill();
     try {
         std::forward<Body>(body)();
     } catch (...) {
         com::unique_bstr message = currentFailureMessage();
+        const bool isLost = !message && currentFailureHasText();
+        if (isLost) {
+            message = spare.take();
+        }
         installErrorInfo(message.get(), iid);
-        if (!message && currentFailureHasText()) {
+        if (isLost && !message) {
             return E_OUTOFMEMORY;
         }
         std::forward<Fail>(fail)(std::move(message));
@@ -39,8 +60,8 @@ HRESULT worksheetCall(REFIID iid, Body&& body, Fail&& fail) noexcept {
     return S_OK;
 }
 
-/// Frame of a service: a failing one returns E_FAIL with error information, and E_OUTOFMEMORY without memory
-/// for a message.
+/// Frame of a service: a failing one returns E_FAIL with error information, whose description is empty when
+/// there is no memory for a message.
 template <typename Body>
 HRESULT serviceCall(REFIID iid, Body&& body) noexcept {
     try {
@@ -49,7 +70,7 @@ HRESULT serviceCall(REFIID iid, Body&& body) noexcept {
     } catch (...) {
         const com::unique_bstr message = currentFailureMessage();
         installErrorInfo(message.get(), iid);
-        return !message && currentFailureHasText() ? E_OUTOFMEMORY : E_FAIL;
+        return E_FAIL;
     }
 }
 

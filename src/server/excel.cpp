@@ -1,7 +1,6 @@
 // Connection with Excel and the worksheet functions.
 #include "src/server/excel.h"
 
-#include "src/foundation/error_boundary.h"
 #include "src/udf/compound_properties.h"
 #include "src/udf/mixture_properties.h"
 #include "src/udf/package_information.h"
@@ -17,7 +16,7 @@ HRESULT Excel::worksheet(VARIANT* result, Body&& body) noexcept {
     }
     VariantInit(result);
     return worksheetCall(
-        __uuidof(IQuorvaneUDF),
+        __uuidof(IQuorvaneUDF), spare_,
         [&] {
             com::variant value;
             body(value);
@@ -76,7 +75,7 @@ HRESULT STDMETHODCALLTYPE Excel::CapeOpenUnitOfMeasure(BSTR propertyName, VARIAN
     }
     *unit = nullptr;
     return worksheetCall(
-        __uuidof(IQuorvaneUDF), [&] { *unit = udf::unitOfMeasure(propertyName, basis); },
+        __uuidof(IQuorvaneUDF), spare_, [&] { *unit = udf::unitOfMeasure(propertyName, basis); },
         [&](com::unique_bstr message) { *unit = message.release(); });
 }
 

@@ -7,6 +7,7 @@
 
 #include "com/dual.h"
 #include "com/implements.h"
+#include "src/foundation/error_boundary.h"
 #include "src/workbook/session.h"
 
 #include <office_idl.h>
@@ -121,6 +122,7 @@ class Excel final
     HRESULT event(Body&& body) noexcept;
 
     Session session_;
+    SpareMessage spare_;
 };
 
 } // namespace quorvane

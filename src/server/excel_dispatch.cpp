@@ -33,7 +33,8 @@ HRESULT STDMETHODCALLTYPE Excel::Invoke(DISPID member, REFIID, LCID, WORD flags,
     }
     auto* const self = static_cast<IQuorvaneVSTOServices*>(this);
     return isWorksheetFunction(member)
-               ? invokeWorksheetFunction(self, info, member, flags, *parameters, result, exception, argument)
+               ? invokeWorksheetFunction(self, info, spare_, member, flags, *parameters, result, exception,
+                                         argument)
                : invokeService(self, info, member, flags, *parameters, result, exception, argument);
 }
 

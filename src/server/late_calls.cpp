@@ -1,13 +1,14 @@
 #include "src/server/late_calls.h"
 
 #include "com/type_library.h"
-#include "src/foundation/error_boundary.h"
 #include "src/foundation/missing.h"
 #include "src/foundation/range_value.h"
 #include "src/foundation/text.h"
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <new>
 #include <quorvane_idl.h>
 #include <vector>
 
@@ -35,23 +36,31 @@ struct Parameter {
 
 using Signature = std::vector<Parameter>; // the result is not among them
 
+// A half-read signature would be kept for good, so that a failure, which is want of memory, is thrown.
 Signature readSignature(ITypeInfo* info, UINT index) {
-    FUNCDESC* description = nullptr;
-    if (FAILED(info->GetFuncDesc(index, &description))) {
-        return {};
+    FUNCDESC* given = nullptr;
+    if (FAILED(info->GetFuncDesc(index, &given))) {
+        throw std::bad_alloc{};
     }
-    BSTR names[mostParameters + 2] = {};
+    const auto release = [info](FUNCDESC* owned) { info->ReleaseFuncDesc(owned); };
+    const std::unique_ptr<FUNCDESC, decltype(release)> description{given, release};
+    // The function's own name, the parameters' and the result's.
+    std::array<com::unique_bstr, mostParameters + 2> names;
+    BSTR readNames[mostParameters + 2] = {};
     UINT nameCount = 0;
-    info->GetNames(description->memid, names, static_cast<UINT>(std::size(names)), &nameCount);
+    const HRESULT code =
+        info->GetNames(description->memid, readNames, static_cast<UINT>(names.size()), &nameCount);
+    if (FAILED(code)) {
+        throw std::bad_alloc{};
+    }
+    for (UINT i = 0; i < nameCount; ++i) {
+        names[i].reset(readNames[i]);
+    }
     Signature signature;
     for (SHORT i = 0; i + 1 < description->cParams; ++i) {
-        const com::unique_bstr name{names[i + 1]};
-        signature.push_back({std::wstring{com::viewOf(name)}, description->lprgelemdescParam[i].tdesc.vt});
+        signature.push_back({std::wstring{com::viewOf(names[static_cast<std::size_t>(i) + 1])},
+                             description->lprgelemdescParam[i].tdesc.vt});
     }
-    const com::unique_bstr functionName{names[0]};
-    const com::unique_bstr resultName{
-        nameCount > static_cast<UINT>(description->cParams) ? names[description->cParams] : nullptr};
-    info->ReleaseFuncDesc(description);
     return signature;
 }
 
@@ -138,7 +147,7 @@ bool isWorksheetFunction(DISPID member) noexcept {
     return member >= firstFunction && member < firstFunction + static_cast<DISPID>(functionCount);
 }
 
-HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WORD flags,
+HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, SpareMessage& spare, DISPID member, WORD flags,
                                 const DISPPARAMS& given, VARIANT* result, EXCEPINFO* exception,
                                 UINT* argument) noexcept {
     HRESULT code = S_OK;
@@ -147,8 +156,8 @@ HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WO
             *result = com::variant{std::move(message)}.release();
         }
     };
-    worksheetCall(
-        __uuidof(IQuorvaneUDF),
+    const HRESULT framed = worksheetCall(
+        __uuidof(IQuorvaneUDF), spare,
         [&] {
             const Signature& signature = signatures()[static_cast<std::size_t>(member - firstFunction)];
             if (given.cArgs > signature.size()) {
@@ -157,10 +166,15 @@ HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WO
             }
             Arguments arguments{signature, given};
             DISPPARAMS parameters = arguments.parameters();
-            code = DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
+            const HRESULT invoked =
+                DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
+            if (invoked == E_OUTOFMEMORY) {
+                throw std::bad_alloc{};
+            }
+            code = invoked;
         },
         fail);
-    return code;
+    return FAILED(framed) ? framed : code;
 }
 
 HRESULT invokeService(void* object, ITypeInfo* info, DISPID member, WORD flags, const DISPPARAMS& given,

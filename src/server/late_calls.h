@@ -5,6 +5,7 @@
 #pragma once
 
 #include "com/platform.h"
+#include "src/foundation/error_boundary.h"
 
 namespace quorvane {
 
@@ -12,8 +13,9 @@ namespace quorvane {
 bool isWorksheetFunction(DISPID member) noexcept;
 
 /// Invokes a worksheet function on `object`, whose vtable `info` describes. An argument that is neither of
-/// its parameter's type nor convertible makes the function's result a text that says so.
-HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, DISPID member, WORD flags,
+/// its parameter's type nor convertible makes the function's result a text that says so, and so does want of
+/// memory.
+HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, SpareMessage& spare, DISPID member, WORD flags,
                                 const DISPPARAMS& given, VARIANT* result, EXCEPINFO* exception,
                                 UINT* argument) noexcept;
 

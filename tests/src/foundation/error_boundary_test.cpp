@@ -49,10 +49,12 @@ template <typename Body>
 Cell call(Body&& body) {
     SetErrorInfo(0, nullptr);
     Cell cell{};
-    cell.code = worksheetCall(someInterface, std::forward<Body>(body), [&cell](com::unique_bstr message) {
-        cell.text = com::viewOf(message);
-        cell.isNull = !message;
-    });
+    SpareMessage spare;
+    cell.code =
+        worksheetCall(someInterface, spare, std::forward<Body>(body), [&cell](com::unique_bstr message) {
+            cell.text = com::viewOf(message);
+            cell.isNull = !message;
+        });
     return cell;
 }
 
@@ -117,6 +119,23 @@ TEST(WorksheetCall, ShowsANullTextForAnExceptionWithoutAMessage) {
     ASSERT_TRUE(info);
     EXPECT_EQ(info->description, L"");
     EXPECT_EQ(info->source, L"Quorvane.Excel");
+}
+
+TEST(SpareMessage, IsTheMessageOfAFailureForWantOfMemory) {
+    SpareMessage spare;
+    EXPECT_EQ(com::viewOf(spare.take()), L"std::bad_alloc");
+    EXPECT_FALSE(spare.take());
+    spare.refill();
+    EXPECT_EQ(com::viewOf(spare.take()), L"std::bad_alloc");
+}
+
+TEST(SpareMessage, IsMadeAnewByTheNextWorksheetCall) {
+    SpareMessage spare;
+    static_cast<void>(spare.take());
+    EXPECT_EQ(worksheetCall(
+                  someInterface, spare, [] {}, [](com::unique_bstr) {}),
+              S_OK);
+    EXPECT_TRUE(spare.take());
 }
 
 TEST(ServiceCall, ThatSucceedsAnswersSuccess) {
