@@ -37,7 +37,6 @@ class PackageOfAManager : public Stage, public ::testing::WithParamInterface<Giv
 TEST_P(PackageOfAManager, IsUsedOnlyWhereThereIsOne) {
     const Given& given = GetParam();
     static std::uintptr_t rubbish[4] = {};
-    healthy(fromManager);
     const std::string result = go(fromManager, [&] {
         manager->hook("GetPropertyPackage", [&](scripted::Call& call) {
             VARIANT object{};
@@ -82,7 +81,6 @@ class TruthOf : public Stage, public ::testing::WithParamInterface<Truth> {
   protected:
     void expectShown(const std::string& name) {
         const Call& call = callNamed(name);
-        healthy(call.way);
         const std::string result = go(call.way, [&] {
             package->hook(call.method, [](scripted::Call& heard) {
                 VARIANT value{};

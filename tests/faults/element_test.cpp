@@ -43,6 +43,7 @@ std::string with(const std::string& table, std::size_t column, const std::string
     return joinedList(cells) + table.substr(end);
 }
 
+constexpr double idealGasEnthalpy = 20010.3; // of its first compound, J/mol
 constexpr double molarEnthalpy = 22000.3501; // of the scripted package, J/mol
 
 // With the compounds' amounts 1:1:2 and weights 10, 20 and 40 g/mol, of which the first is replaced.
@@ -52,6 +53,13 @@ std::string enthalpyByMass(const std::string&, double weight) {
     }
     const double kilograms = 0.25 * (weight * 0.001) + 0.25 * 0.02 + 0.5 * 0.04;
     return shown(molarEnthalpy * (1.0 / kilograms));
+}
+
+// The weight of the first compound is replaced, which concerns no other.
+std::string idealGasEnthalpyByMass(const std::string& healthy, double weight) {
+    return isMissing(weight)
+               ? "! Unable to perform mole-to-mass conversion, one or more unknown molecular weights"
+               : with(healthy, 0, shown(idealGasEnthalpy * (1.0 / (weight * 0.001))));
 }
 
 using Material = ICapeThermoMaterial;
@@ -88,6 +96,8 @@ const Place places[] = {
      [](const std::string& healthy, double) { return healthy; }},
     {"Constant", "CapeOpenCompoundConstant", "GetCompoundConstant", 0, nullptr,
      [](const std::string& healthy, double number) { return with(healthy, 0, shown(number)); }},
+    {"MolecularWeightByItself", "CapeOpenTemperatureDependentProperty by mass", "GetCompoundList", 4, nullptr,
+     idealGasEnthalpyByMass},
     {"TemperatureDependentValue", "CapeOpenTemperatureDependentProperty", "GetTDependentProperty", 0, nullptr,
      [](const std::string& healthy, double number) {
          return with(healthy, 0, std::isnan(number) ? "" : shown(number));
@@ -114,6 +124,16 @@ const Place places[] = {
      [](const std::string& healthy, double number) {
          return with(healthy, 0, isMissing(number) ? "#" : shown(number));
      }},
+    {"OverallTemperature", "CapeOpenPhaseEquilibrium", "CalcEquilibrium", -1,
+     [](Material& m, double v) {
+         return m.SetOverallProp(com::makeBstr(L"temperature").get(), nullptr, scripted::reals({v}));
+     },
+     [](const std::string& healthy, double) { return healthy; }},
+    {"OverallPressure", "CapeOpenPhaseEquilibrium", "CalcEquilibrium", -1,
+     [](Material& m, double v) {
+         return m.SetOverallProp(com::makeBstr(L"pressure").get(), nullptr, scripted::reals({v}));
+     },
+     [](const std::string& healthy, double) { return healthy; }},
     {"VaporPressure", "CapeOpenPhaseEquilibrium", "CalcEquilibrium", -1,
      [](Material& m, double v) { return single(m, L"pressure", L"Vapor", nullptr, {v}); },
      [](const std::string& healthy, double number) {

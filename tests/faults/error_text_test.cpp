@@ -114,7 +114,6 @@ class ErrorText : public Stage, public ::testing::WithParamInterface<Case> {};
 TEST_P(ErrorText, IsShownOrReplaced) {
     const Call* const call = GetParam().call;
     const Words* const words = GetParam().words;
-    healthy(call->way);
     const auto code = static_cast<HRESULT>(ECapeComputationHR);
     scripted::Script& script = scriptOf(call->object);
     const std::string result = go(call->way, [&] {

@@ -73,7 +73,6 @@ TEST_P(FailureCode, IsTold) {
     const Code* const code = GetParam().code;
     const Manner manner = GetParam().manner;
     const std::string& way = call->way;
-    healthy(way);
     const HRESULT value = manner == Manner::nothing ? S_OK : code->value;
     const std::string result = go(way, [&] { inject(*this, *call, value, manner); });
     // A success without an object is the lack of the interface.

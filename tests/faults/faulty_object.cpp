@@ -68,7 +68,7 @@ HRESULT STDMETHODCALLTYPE FaultyObject::Invoke(DISPID member, REFIID iid, LCID l
 }
 
 HRESULT STDMETHODCALLTYPE FaultyObject::GetDescription(BSTR* out) noexcept {
-    *out = words_ == nullptr ? nullptr : SysAllocString(words_);
+    *out = words_ ? com::makeBstr(*words_).release() : nullptr;
     return descriptionCode_;
 }
 

@@ -45,11 +45,11 @@ class FaultyObject final : public com::implements<com::COMObject, IDispatch, IEr
     }
     /// Until it reads again, instead of its answer.
     void instead(const std::wstring& member, Maker maker) { instead_[member] = std::move(maker); }
-    /// Asked for the words of its last failure it answers this; a null text is none.
-    void describes(HRESULT code, const wchar_t* words) {
+    /// Asked for the words of its last failure it answers this; without words the text is null.
+    void describes(HRESULT code, std::optional<std::wstring> words) {
         describes_ = true;
         descriptionCode_ = code;
-        words_ = words;
+        words_ = std::move(words);
     }
     FaultyQueries queries;
 
@@ -87,10 +87,12 @@ class FaultyObject final : public com::implements<com::COMObject, IDispatch, IEr
     std::map<std::wstring, HRESULT> unread_;
     std::map<std::wstring, Maker> answers_;
     std::map<std::wstring, Maker> instead_;
-    std::map<DISPID, std::wstring> names_;
+    /// The value of an object is read without asking for its name; a call by that number is known as
+    /// "Invoke".
+    std::map<DISPID, std::wstring> names_{{DISPID_VALUE, L"Invoke"}};
     bool describes_ = false;
     HRESULT descriptionCode_ = S_OK;
-    const wchar_t* words_ = nullptr;
+    std::optional<std::wstring> words_;
 };
 
 class FaultyFrontEnd final : public com::implements<com::COMObject, com::RefusedDual<IQuorvaneVSTOContext>> {

@@ -54,7 +54,9 @@ void inject(Stage& stage, const Call& call, HRESULT code, Manner manner) {
     } else if (call.object == "frontEnd") {
         stage.newFrontEnd()->code = code;
     } else if (call.interfaceName == "IErrorInfo") {
-        stage.objectNamed(call.object)->describes(code, SUCCEEDED(code) ? L"the cells are busy" : nullptr);
+        stage.objectNamed(call.object)
+            ->describes(code,
+                        SUCCEEDED(code) ? std::optional<std::wstring>{L"the cells are busy"} : std::nullopt);
     } else if (manner == Manner::unnamed) {
         stage.objectNamed(call.object)->failsToFind(wide(call.method), code);
     } else {

@@ -79,6 +79,9 @@ const Named interfaces[] = {
 } // namespace
 
 std::string seen(const VARIANT& value) {
+    if ((value.vt & VT_BYREF) != 0) {
+        return "reference to type " + std::to_string(value.vt & ~VT_BYREF);
+    }
     if ((value.vt & VT_ARRAY) != 0 && (value.vt & VT_BYREF) == 0 && value.parray != nullptr) {
         return arrayText(value.parray, static_cast<VARTYPE>(value.vt & VT_TYPEMASK));
     }
@@ -115,6 +118,8 @@ void Stage::SetUp() {
     put("columns", caller->columnLines().dispatch(), __uuidof(ExcelRange));
     put("cell", Range::cell(2.0)->dispatch(), __uuidof(ExcelRange));
     put("cells", Range::row(1.0, 1.0, 2.0)->dispatch(), __uuidof(ExcelRange));
+    put("element", Range::cell(1.0)->dispatch(), IID_IDispatch);
+    objects_["element"]->answers(L"Invoke", [] { return com::variant{1.0}; });
     put("addIns", excel->addIns().dispatch(), IID_IDispatch);
     const auto entry = com::make<sheet::excel::COMAddIn>(L"Quorvane");
     put("entry", entry->dispatch(), IID_IDispatch);
@@ -151,14 +156,7 @@ void Stage::startAnew() {
     events = addIn.tryAs<_IDTExtensibility2>();
 }
 
-std::string Stage::healthy(const std::string& way) {
-    static std::map<std::string, std::string> known;
-    auto found = known.find(way);
-    if (found == known.end()) {
-        found = known.emplace(way, go(way, [] {})).first;
-    }
-    return found->second;
-}
+const std::string& Stage::healthy(const std::string& way) { return resultsWithoutFault().at(way); }
 
 std::string Stage::go(const std::string& name, const std::function<void()>& fault) {
     const Way& way = wayNamed(name);
@@ -211,13 +209,15 @@ std::string Stage::worksheet(const wchar_t* function, std::vector<com::variant> 
     return "! " + seen(result);
 }
 
-std::string Stage::service(HRESULT code, const std::function<std::string()>& result) {
+std::string Stage::service(HRESULT code, const std::function<std::string()>& result, HRESULT ofFailures) {
     const std::string told = errorInfo();
     constexpr std::string_view source = "Quorvane.Excel: ";
+    char codeText[40];
+    std::snprintf(codeText, sizeof codeText, " (with the code 0x%08lX)", static_cast<unsigned long>(code));
     if (told.starts_with(source)) {
-        return "! " + told.substr(source.size());
+        return "! " + told.substr(source.size()) + (code == ofFailures ? "" : codeText);
     }
-    return code == S_OK ? result() : "failed without words";
+    return code == S_OK ? result() : std::string{"failed without words"} + codeText;
 }
 
 } // namespace faults

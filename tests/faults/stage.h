@@ -19,9 +19,10 @@ class Stage : public tests::Worksheet {
             again; ///< the same once more, without preparation; none: not possible
     };
     static const Way& wayNamed(const std::string& name);
+    static std::vector<std::string> wayNames();
 
     /// What the user sees when nothing fails.
-    std::string healthy(const std::string& way);
+    static const std::string& healthy(const std::string& way);
     /// Prepares and goes; `fault` comes in between.
     std::string go(const std::string& way, const std::function<void()>& fault);
     /// After the fault was taken back: the same objects work again where they failed, and new ones do. What a
@@ -38,8 +39,10 @@ class Stage : public tests::Worksheet {
     void attachNew();
     void remove();
     std::string worksheet(const wchar_t* function, std::vector<com::variant> arguments);
-    /// What a service ended with; `result` is asked when it succeeded.
-    std::string service(HRESULT code, const std::function<std::string()>& result);
+    /// What a service ended with; `result` is asked when it succeeded. A failure with another code than
+    /// `ofFailures` is told with its code: Persist and Depersist report what failed and go on.
+    std::string service(HRESULT code, const std::function<std::string()>& result,
+                        HRESULT ofFailures = E_FAIL);
     std::string connect();
     /// Connects another add-in, whose front end has no services yet.
     void startAnew();

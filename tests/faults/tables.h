@@ -1,7 +1,8 @@
-// The tables of the matrix, which lie beside the test program: calls.tsv, outputs.tsv and writes.tsv. Each
-// explains its columns at its head.
+// The tables of the matrix, which lie beside the test program: calls.tsv, outputs.tsv, writes.tsv and
+// ways.tsv. Each explains its columns at its head.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,9 @@ struct ArrayRow {
 
 const std::vector<ArrayRow>& outputs();
 const std::vector<ArrayRow>& writes();
+
+/// What the user sees when nothing fails, for each way.
+const std::map<std::string, std::string>& resultsWithoutFault();
 
 std::vector<std::string> split(const std::string& text, const std::string& separator);
 /// Letters and digits of the text, words in capitals: fit for the name of a test.

@@ -1,8 +1,12 @@
 // The ways by which a user comes to a foreign call.
 #include "tests/faults/stage.h"
 
+#include "com/safe_array.h"
 #include "tests/refusing_stream.h"
 
+#include <algorithm>
+#include <iterator>
+#include <ranges>
 #include <stdexcept>
 
 namespace faults {
@@ -81,7 +85,8 @@ std::string persist(Stage& stage) {
     SetErrorInfo(0, nullptr);
     com::variant table;
     const HRESULT code = stage.addIn->Persist(stage.faultyBook(), &table);
-    return stage.service(code, [&] { return seen(table); });
+    return stage.service(
+        code, [&] { return seen(table); }, S_OK);
 }
 
 void save(Stage& stage) {
@@ -96,10 +101,13 @@ void save(Stage& stage) {
 std::string depersist(Stage& stage) {
     SetErrorInfo(0, nullptr);
     const HRESULT code = stage.addIn->Depersist(stage.faultyBook(), stage.savedTable);
-    return stage.service(code, [&] {
-        const std::string& state = stage.package->model.state;
-        return "P, " + (state.empty() ? "nothing loaded" : state);
-    });
+    return stage.service(
+        code,
+        [&] {
+            const std::string& state = stage.package->model.state;
+            return "P, " + (state.empty() ? "nothing loaded" : state);
+        },
+        S_OK);
 }
 
 // A stream of somebody else's, into which the package copies its state.
@@ -240,6 +248,10 @@ std::map<std::string, Way> allWays() {
     ways["CapeOpenTemperatureDependentProperty"] =
         function(L"CapeOpenTemperatureDependentProperty",
                  [](Stage&) { return list(text(L"P"), text(L"vaporPressure"), number(300.0)); });
+    ways["CapeOpenTemperatureDependentProperty by mass"] =
+        function(L"CapeOpenTemperatureDependentProperty", [](Stage&) {
+            return list(text(L"P"), text(L"idealGasEnthalpy"), number(300.0), text(L"mass"));
+        });
     ways["CheckSinglePhaseProperty"] = repeated(attachNew, checkSinglePhase);
     ways["CheckTwoPhaseProperty"] = repeated(attachNew, checkTwoPhase);
     ways["CapeOpenMixtureProperty"] = mixture(L"enthalpy", omitted);
@@ -270,21 +282,43 @@ std::map<std::string, Way> allWays() {
         stage.objectNamed("cells")->failsToRead(L"Value", E_UNEXPECTED);
         stage.objectNamed("cells")->describes(S_OK, L"the cells are busy");
     };
+    ways["CapeOpenMixtureProperty by mass of cells with an object"] = mixture(L"enthalpy", byMass, "cells");
+    ways["CapeOpenMixtureProperty by mass of cells with an object"].prepare = [](Stage& stage) {
+        stage.attachNew();
+        stage.objectNamed("cells")->answers(L"Value", [element = stage.objectNamed("element")] {
+            com::unique_safearray array = com::makeMatrix(VT_VARIANT, 1, 3);
+            const com::array_lock<VARIANT> lock{array.get()};
+            lock.elements()[0] = com::variant::object(element->dispatch()).release();
+            lock.elements()[1] = com::variant{1.0}.release();
+            lock.elements()[2] = com::variant{2.0}.release();
+            return com::variant::array(std::move(array), VT_VARIANT);
+        });
+    };
     ways["ValueFromRange"] = repeated(attachNew, valueFromRange);
     ways["OnConnection"] = {startAnew, [](Stage& stage) { return stage.connect(); },
                             [](Stage& stage) { return stage.connect(); }};
     return ways;
 }
 
+const std::map<std::string, Way>& everyWay() {
+    static const std::map<std::string, Way> all = allWays();
+    return all;
+}
+
 } // namespace
 
 const Way& Stage::wayNamed(const std::string& name) {
-    static const std::map<std::string, Way> all = allWays();
-    const auto found = all.find(name);
-    if (found == all.end()) {
+    const auto found = everyWay().find(name);
+    if (found == everyWay().end()) {
         throw std::invalid_argument{"There is no way " + name};
     }
     return found->second;
+}
+
+std::vector<std::string> Stage::wayNames() {
+    std::vector<std::string> names;
+    std::ranges::copy(std::views::keys(everyWay()), std::back_inserter(names));
+    return names;
 }
 
 } // namespace faults

@@ -33,7 +33,10 @@ windows_own = {
 # Functions that read a property whose name they are given, and so never know it themselves.
 readers = {"read", "readProperty", "readObject", "readCount", "readItem"}
 # Other ways into foreign code, which the table would not see.
-unseen = r"\b(CoCreateInstanceEx|CoGetClassObject|CoGetObject|GetActiveObject|OleLoadFromStream|OleSaveToStream|lpVtbl)\b"
+unseen = r"\b(VariantChangeType|VariantChangeTypeEx|DispInvoke|CoCreateInstanceEx|CoGetClassObject|CoGetObject|GetActiveObject|OleLoadFromStream|OleSaveToStream|lpVtbl)\b"
+
+# Calls into the add-in's own objects. What Automation does with their arguments is the caller's affair.
+own_objects = {"src/server/late_calls.cpp": "DispInvoke"}
 
 
 def declared():
@@ -133,7 +136,22 @@ def calls_of(name, code, headers, methods, problems):
             yield "property", named.group(1), function
         elif function not in readers and code[code.rfind("\n", 0, found.start()) + 1] == " ":
             problems.append(f"{name}: {function} reads a property that has no name here")
+    # An object that is turned into a number or text is asked for its value, unless the flags say no.
+    asking = set()
+    for found in re.finditer(r"\bcom::convert\(", code):
+        arguments = [part.strip() for part in arguments_at(code, found.end()).split(",")]
+        if arguments[2:3] == ["0"]:
+            asking.add(function_at(code, found.start()))
+        elif arguments[2:]:
+            problems.append(f"{name}: does com::convert with {arguments[2]} ask objects for their value?")
+    for function in sorted(asking):
+        yield "IDispatch", "Invoke", function
+    for found in re.finditer(r"\)->((?:get_|put_)?[A-Z]\w*)\(", code):
+        if not re.search(r"\w\.get\($", code[: found.start()]):
+            problems.append(f"{name}: whose method is )->{found.group(1)}?")
     for found in re.finditer(unseen, code):
+        if own_objects.get(name) == found.group():
+            continue
         problems.append(f"{name}: {found.group()} is a call that the table does not see")
 
 
