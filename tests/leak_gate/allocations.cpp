@@ -21,7 +21,7 @@ struct SystemAllocator {
     using value_type = T;
     SystemAllocator() = default;
     template <typename U>
-    SystemAllocator(const SystemAllocator<U>&) noexcept {}
+    explicit SystemAllocator(const SystemAllocator<U>&) noexcept {}
     T* allocate(std::size_t count) {
         void* const memory = HeapAlloc(GetProcessHeap(), 0, count * sizeof(T));
         if (memory == nullptr) {
