@@ -15,7 +15,8 @@ std::string shown(const Report& report) {
     std::string text;
     for (std::size_t row = 1; row < table.rows; ++row) {
         for (std::size_t column = 0; column < table.columns; ++column) {
-            text += (column > 0 ? "|" : "") + formula::exactText(table.at(row, column));
+            text += column > 0 ? "|" : "";
+            text += formula::exactText(table.at(row, column));
         }
         text += '\n';
     }
