@@ -13,20 +13,20 @@ using scripted::narrow;
 
 class ScriptedDllTest : public testing::Test {
   protected:
+    // The apartment and the library stay for the whole program: what they make once would be made anew each
+    // time that the leak gate repeats a test.
     static void SetUpTestSuite() {
-        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-        std::wstring path = com::thisModulePath();
-        path.replace(path.find_last_of(L'\\') + 1, std::wstring::npos, L"ScriptedPackage.dll");
-        module_ = LoadLibraryW(path.c_str());
-        ASSERT_NE(module_, nullptr) << narrow(path);
+        if (module_ == nullptr) {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            std::wstring path = com::thisModulePath();
+            path.replace(path.find_last_of(L'\\') + 1, std::wstring::npos, L"ScriptedPackage.dll");
+            module_ = LoadLibraryW(path.c_str());
+        }
+        ASSERT_NE(module_, nullptr);
     }
-    static void TearDownTestSuite() {
-        EXPECT_EQ(call("DllUnregisterServer"), S_OK);
-        FreeLibrary(module_);
-        CoUninitialize();
-    }
-    // For each test: one that the leak gate runs again, in a process of its own, takes the registration back
-    // at its end.
+    static void TearDownTestSuite() { EXPECT_EQ(call("DllUnregisterServer"), S_OK); }
+    // For each test: one that the leak gate runs in a process of its own takes the registration back at its
+    // end.
     void SetUp() override { ASSERT_EQ(call("DllRegisterServer"), S_OK); }
     void TearDown() override {
         SetEnvironmentVariableW(L"SCRIPTED_PACKAGE", nullptr);
