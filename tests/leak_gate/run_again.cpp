@@ -105,7 +105,11 @@ Outcome runAgain(const std::string& test) {
         return {false, output.text() + "the program does not end\n"};
     }
     GetExitCodeProcess(process.get(), &code);
-    return {code == 0, output.text()};
+    const std::string said = output.text();
+    if (code == 0 && said.find("[       OK ] " + test) == std::string::npos) {
+        return {false, said + "the test is not found again\n"};
+    }
+    return {code == 0, said};
 }
 
 } // namespace leak_gate

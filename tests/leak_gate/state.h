@@ -21,6 +21,7 @@ struct State {
     /// closed handles are nobody's loss, but objects that are gone which nobody in the test made have lost a
     /// reference.
     std::string changeSince(const State& before) const;
+    bool hasLostObjectsSince(const State& before) const { return liveObjects < before.liveObjects; }
 
     std::array<Use, mostOwners> use{};
     Owner owners = 0;
