@@ -1,7 +1,6 @@
 #include "src/foundation/error_texts.h"
 
 #include "com/com_ptr.h"
-#include "com/owned.h"
 #include "src/foundation/exceptions.h"
 #include "src/foundation/text.h"
 
@@ -74,26 +73,26 @@ std::wstring systemErrorText(HRESULT code) {
     return withoutLineEnding({buffer.data(), length});
 }
 
+bool gaveText(HRESULT result, com::unique_bstr& text) noexcept {
+    if (FAILED(result)) {
+        static_cast<void>(text.release());
+    }
+    return !com::viewOf(text).empty();
+}
+
 std::wstring capeErrorText(IUnknown* object, HRESULT code) {
     const std::uint32_t index = static_cast<std::uint32_t>(code) - firstCapeCode;
     if (index >= std::size(capeTexts)) {
         return systemErrorText(code);
     }
-    // A failing call must leave its output null; a careless package may not.
-    const auto given = [](HRESULT result, com::unique_bstr& text) {
-        if (FAILED(result)) {
-            static_cast<void>(text.release());
-        }
-        return !com::viewOf(text).empty();
-    };
     com::unique_bstr text;
     if (const auto user = com::queryFor<ECapeUser>(object)) {
-        if (given(user->get_description(text.put()), text)) {
+        if (gaveText(user->get_description(text.put()), text)) {
             return std::wstring{com::viewOf(text)};
         }
     }
     if (const auto root = com::queryFor<ECapeRoot>(object)) {
-        if (given(root->get_name(text.put()), text)) {
+        if (gaveText(root->get_name(text.put()), text)) {
             return std::wstring{com::viewOf(text)};
         }
     }

@@ -16,7 +16,7 @@ constexpr long xlRangeValueDefault = 10;
     std::wstring text = joined(L"Call to \"", name, L"\" failed: ");
     if (const auto info = com::queryFor<IErrorInfo>(object)) {
         com::unique_bstr description;
-        if (SUCCEEDED(info->GetDescription(description.put()))) {
+        if (gaveText(info->GetDescription(description.put()), description)) {
             text += com::viewOf(description);
         }
     } else {
@@ -41,6 +41,8 @@ void read(com::variant& result, IDispatch* object, const wchar_t* name, UINT arg
     const HRESULT code = object->Invoke(member, IID_NULL, LOCALE_SYSTEM_DEFAULT, flags, &parameters,
                                         result.put(), nullptr, nullptr);
     if (FAILED(code)) {
+        // Must be empty then; what a careless object left is not ours to free.
+        static_cast<void>(result.release());
         throwReadFailure(object, name, code);
     }
 }

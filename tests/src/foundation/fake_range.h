@@ -22,6 +22,7 @@ class FakeRange final : public com::implements<com::COMObject, ExcelRange, IErro
     HRESULT invokeResult = S_OK;
     std::optional<std::wstring> description; ///< set: the object answers for IErrorInfo
     HRESULT descriptionResult = S_OK;
+    bool leavesRubbish = false; ///< in the outputs of what fails: texts that Automation must not free
 
     struct Read {
         std::wstring name;
@@ -69,6 +70,9 @@ class FakeRange final : public com::implements<com::COMObject, ExcelRange, IErro
         }
         if (SUCCEEDED(invokeResult)) {
             VariantCopy(result, &answer);
+        } else if (leavesRubbish) {
+            result->vt = VT_BSTR;
+            result->bstrVal = rubbish();
         }
         return invokeResult;
     }
@@ -76,7 +80,9 @@ class FakeRange final : public com::implements<com::COMObject, ExcelRange, IErro
     HRESULT STDMETHODCALLTYPE GetGUID(GUID*) noexcept override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetSource(BSTR*) noexcept override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetDescription(BSTR* text) noexcept override {
-        *text = SUCCEEDED(descriptionResult) ? SysAllocString(description->c_str()) : nullptr;
+        *text = SUCCEEDED(descriptionResult) ? SysAllocString(description->c_str())
+                : leavesRubbish              ? rubbish()
+                                             : nullptr;
         return descriptionResult;
     }
     HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR*) noexcept override { return E_NOTIMPL; }
@@ -85,6 +91,11 @@ class FakeRange final : public com::implements<com::COMObject, ExcelRange, IErro
     IDispatch* dispatch() noexcept { return static_cast<ExcelRange*>(this); }
 
   private:
+    static BSTR rubbish() noexcept {
+        static wchar_t text[8] = L"rubbish";
+        return text;
+    }
+
     static constexpr DISPID member = 6;
 };
 

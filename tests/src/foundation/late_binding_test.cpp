@@ -68,6 +68,16 @@ TEST(ReadProperty, SaysNoMoreWhenTheObjectWouldDescribeButCannot) {
     EXPECT_EQ(failureOf(*object), L"Call to \"Rows\" failed: ");
 }
 
+TEST(ReadProperty, LeavesAloneWhatAFailingObjectLeft) {
+    const auto object = rangeOf({});
+    object->invokeResult = E_FAIL;
+    object->leavesRubbish = true;
+    EXPECT_EQ(failureOf(*object), L"Call to \"Rows\" failed: " + systemErrorText(E_FAIL));
+    object->description = L"unheard";
+    object->descriptionResult = E_FAIL;
+    EXPECT_EQ(failureOf(*object), L"Call to \"Rows\" failed: ");
+}
+
 TEST(ReadProperty, GivesTheSystemsTextWhenTheObjectDescribesNothing) {
     const auto object = rangeOf({});
     for (const HRESULT code : {E_FAIL, E_OUTOFMEMORY, DISP_E_MEMBERNOTFOUND, HRESULT{-0x5FFF0123}}) {
