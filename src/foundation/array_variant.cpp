@@ -200,13 +200,13 @@ bool inspectVector(ArrayVariant& holder, VARTYPE vt, std::wstring& message) {
         message = L"failed to get upper bound";
         return false;
     }
-    const auto count = static_cast<std::int32_t>(std::int64_t{upper} - lower + 1);
-    if (count != 0 && array->pvData == nullptr) {
+    const std::int64_t count = std::int64_t{upper} - lower + 1;
+    if (count > INT32_MAX || (count != 0 && array->pvData == nullptr)) {
         message = unreadable;
         return false;
     }
     holder.lowerBound = lower;
-    holder.count = count;
+    holder.count = static_cast<std::int32_t>(count);
     return true;
 }
 

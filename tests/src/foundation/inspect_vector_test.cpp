@@ -138,6 +138,20 @@ TEST(InspectVector, RefusesAnArrayWhoseElementsAreNotThere) {
     EXPECT_EQ(complaint(value, VT_R8), L"failed to access array data");
 }
 
+TEST(InspectVector, RefusesMoreElementsThanCanBeCounted) {
+    SAFEARRAY* descriptor = nullptr;
+    ASSERT_EQ(SafeArrayAllocDescriptorEx(VT_R8, 1, &descriptor), S_OK);
+    const com::unique_safearray array{descriptor};
+    double first = 0.0;
+    descriptor->pvData = &first;
+    descriptor->rgsabound[0] = {0x80000000U, 0};
+    VARIANT value;
+    value.vt = VT_ARRAY | VT_R8;
+    value.parray = descriptor;
+    EXPECT_EQ(complaint(value, VT_R8), L"failed to access array data");
+    descriptor->pvData = nullptr;
+}
+
 TEST(RequireVector, PutsItsContextBeforeTheComplaint) {
     ArrayVariant holder = ArrayVariant::adopt(com::variant{1.0});
     EXPECT_EQ(composedMessageOf([&] { requireVector(holder, VT_BSTR, L"Invalid phase list: "); }),
