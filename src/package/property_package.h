@@ -202,6 +202,7 @@ class PropertyPackage final : public MaterialOwner {
     com::com_ptr<MaterialObject11> material_;
 
     bool calculating_ = false;     ///< a calculation of the package is running
+    bool offering_ = false;        ///< the package is being given its material
     std::uint32_t generation_ = 0; ///< counts the resets
     std::wstring scratchText_;
     std::vector<double> convertedValue_;

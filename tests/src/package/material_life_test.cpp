@@ -71,6 +71,30 @@ TEST_F(MaterialLife, MayBeWrittenToWhileItIsSet) {
     EXPECT_EQ(failure(), "no failure");
 }
 
+TEST_F(MaterialLife, IsTheOneThatThePackageKeepsWhetherItKeepsItBeforeOrAfterItAsksForAnother) {
+    for (const bool before : {true, false}) {
+        bound->reset();
+        com::com_ptr<ICapeThermoMaterial> kept;
+        std::string inner;
+        script.hook("SetMaterial", [&](scripted::Call& call) {
+            const auto offered = com::queryFor<ICapeThermoMaterial>(call.in[0].punkVal);
+            if (before) {
+                kept = com::queryFor<ICapeThermoMaterial>(offered.get());
+            }
+            inner = failure();
+            if (!before) {
+                kept = com::queryFor<ICapeThermoMaterial>(offered.get());
+            }
+            return call.healthy();
+        });
+        EXPECT_EQ(failure(), "no failure");
+        EXPECT_EQ(inner, "Property package is already calculating");
+        com::variant labels, status;
+        EXPECT_EQ(kept->GetPresentPhases(&labels, &status), S_OK) << before;
+        kept.reset();
+    }
+}
+
 TEST_F(MaterialLife, APackageMayKeepItBeyondItsEnd) {
     com::com_ptr<ICapeThermoMaterial> kept;
     script.hook("SetMaterial", [&](scripted::Call& call) {
