@@ -172,6 +172,20 @@ class variant : public VARIANT {
     }
 };
 
+/// A deep copy; empty for a value of a kind that Automation does not copy. Throws std::bad_alloc.
+inline std::optional<variant> copyIfPossible(const VARIANT& value) {
+    variant result;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it is only read
+    const HRESULT code = VariantCopyInd(&result, const_cast<VARIANT*>(&value));
+    if (code == E_OUTOFMEMORY) {
+        throw std::bad_alloc{};
+    }
+    if (FAILED(code)) {
+        return std::nullopt;
+    }
+    return result;
+}
+
 /// `value` as `type`, by Automation's rules; empty when it cannot be one. With VARIANT_NOVALUEPROP an object
 /// is not asked for its default property. Throws std::bad_alloc.
 inline std::optional<variant> convert(const VARIANT& value, VARTYPE type, USHORT flags = VARIANT_NOVALUEPROP,

@@ -81,8 +81,8 @@ void resolveReferences(ArrayVariant& values) {
     for (VARIANT& element : values.elements<VARIANT>()) {
         if ((element.vt & VT_BYREF) != 0) {
             const VARIANT target = withoutReference(element);
-            const bool isFollowed = (target.vt & VT_BYREF) == 0;
-            element = (isFollowed ? com::variant::copyOf(target) : com::variant{}).release();
+            auto copy = (target.vt & VT_BYREF) == 0 ? com::copyIfPossible(target) : std::nullopt;
+            element = copy ? copy->release() : VARIANT{};
         }
     }
     values.unlock();

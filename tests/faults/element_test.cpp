@@ -204,6 +204,7 @@ INSTANTIATE_TEST_SUITE_P(FaultMatrix, NumberOf, ::testing::ValuesIn(numberCases(
 
 double referredNumber = 12.5;
 com::variant referredValue{12.5};
+VARIANT illegalValue{{{VT_ILLEGALMASKED, 0, 0, 0, {}}}};
 
 VARIANT reference(VARTYPE vt, void* target) {
     VARIANT value{};
@@ -237,6 +238,7 @@ const Constant constants[] = {
     {"ReferenceToNoNumber", [] { return reference(VT_R8, nullptr); }, "empty"},
     {"ReferenceToNoText", [] { return reference(VT_BSTR, nullptr); }, "empty"},
     {"ReferenceToNoList", [] { return reference(VT_ARRAY | VT_R8, nullptr); }, "empty"},
+    {"ReferenceToIllegalKind", [] { return reference(VT_VARIANT, &illegalValue); }, "empty"},
     {"ReferenceToNoDecimal", [] { return reference(VT_DECIMAL, nullptr); }, "empty"},
 };
 
