@@ -68,7 +68,12 @@ HRESULT STDMETHODCALLTYPE FaultyObject::Invoke(DISPID member, REFIID iid, LCID l
 }
 
 HRESULT STDMETHODCALLTYPE FaultyObject::GetDescription(BSTR* out) noexcept {
-    *out = words_ ? com::makeBstr(*words_).release() : nullptr;
+    if (FAILED(descriptionCode_)) {
+        // Not made by Automation, which must not free it.
+        *out = words_ ? words_->data() : nullptr;
+    } else {
+        *out = words_ ? com::makeBstr(*words_).release() : nullptr;
+    }
     return descriptionCode_;
 }
 
