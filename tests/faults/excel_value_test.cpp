@@ -316,8 +316,8 @@ TEST_P(ExcelsWords, AreShown) {
         // Excel shows a text up to a zero, so that something else stands there.
         std::wstring shown = words.words;
         std::ranges::replace(shown, L'\0', L'\xFFFD');
-        EXPECT_EQ(result, "! Call to \"Value\" failed: " +
-                              (SUCCEEDED(words.code) ? scripted::narrow(shown) : ""));
+        EXPECT_EQ(result,
+                  "! Call to \"Value\" failed: " + (SUCCEEDED(words.code) ? scripted::narrow(shown) : ""));
         objectNamed(object)->readsAgain();
         expectHealthyAgain(way, result);
     }
