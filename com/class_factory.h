@@ -3,9 +3,8 @@
 #pragma once
 
 #include "com/com_ptr.h"
+#include "com/guarded.h"
 #include "com/implements.h"
-
-#include <new>
 
 namespace com {
 
@@ -20,13 +19,7 @@ class CClassFactory final : public implements<COMObject, IClassFactory> {
         if (outer != nullptr) {
             return CLASS_E_NOAGGREGATION;
         }
-        try {
-            return make<T>()->queryInterface(iid, out);
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
-        } catch (...) {
-            return E_FAIL;
-        }
+        return guarded(E_FAIL, [&] { return make<T>()->queryInterface(iid, out); });
     }
 
     // A lock outlives the factory, so it counts like an object of its own.
@@ -46,11 +39,7 @@ HRESULT getClassObject(REFCLSID expected, REFCLSID clsid, REFIID iid, void** out
     if (clsid != expected) {
         return CLASS_E_CLASSNOTAVAILABLE;
     }
-    try {
-        return make<CClassFactory<T>>()->queryInterface(iid, out);
-    } catch (...) {
-        return E_OUTOFMEMORY;
-    }
+    return guarded(E_UNEXPECTED, [&] { return make<CClassFactory<T>>()->queryInterface(iid, out); });
 }
 
 } // namespace com

@@ -1,5 +1,6 @@
 #include "src/server/registration.h"
 
+#include "com/guarded.h"
 #include "com/owned.h"
 #include "com/type_library.h"
 #include "src/foundation/guid_text.h"
@@ -89,18 +90,6 @@ std::string modulePath() {
     return std::string(path.data(), length);
 }
 
-// Anything thrown on the way (there is little but exhausted memory) leaves as a code.
-template <typename Body>
-HRESULT atExport(Body&& body) noexcept {
-    try {
-        return body();
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    } catch (...) {
-        return E_UNEXPECTED;
-    }
-}
-
 } // namespace
 
 std::vector<RegistrationRow> registrationTable(const std::string& path) {
@@ -159,7 +148,7 @@ std::vector<RegistrationRow> registrationTable(const std::string& path) {
 }
 
 HRESULT registerServer() noexcept {
-    return atExport([] {
+    return com::guarded(E_UNEXPECTED, [] {
         for (const RegistrationRow& row : registrationTable(modulePath())) {
             const LSTATUS status = writeRow(row);
             if (status != ERROR_SUCCESS) {
@@ -176,7 +165,7 @@ HRESULT registerServer() noexcept {
 }
 
 HRESULT unregisterServer() noexcept {
-    return atExport([] {
+    return com::guarded(E_UNEXPECTED, [] {
         LSTATUS firstFailure = ERROR_SUCCESS;
         const auto table = registrationTable(modulePath());
         std::for_each(table.rbegin(), table.rend(), [&firstFailure](const RegistrationRow& row) {

@@ -1,12 +1,12 @@
 #include "packages/peng_robinson/com/registration.h"
 
+#include "com/guarded.h"
 #include "com/owned.h"
 #include "com/type_library.h"
 #include "packages/peng_robinson/com/identity.h"
 #include <peng_robinson_version.h>
 
 #include <array>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -103,21 +103,10 @@ HRESULT resultOf(LSTATUS status) noexcept {
     return status == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(status);
 }
 
-template <typename Body>
-HRESULT guarded(Body&& body) noexcept {
-    try {
-        return body();
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    } catch (...) {
-        return E_UNEXPECTED;
-    }
-}
-
 } // namespace
 
 HRESULT registerClasses() noexcept {
-    return guarded([] {
+    return com::guarded(E_UNEXPECTED, [] {
         for (const Row& row : table()) {
             if (const LSTATUS status = write(row); status != ERROR_SUCCESS) {
                 unregisterClasses();
@@ -129,7 +118,7 @@ HRESULT registerClasses() noexcept {
 }
 
 HRESULT unregisterClasses() noexcept {
-    return guarded([] {
+    return com::guarded(E_UNEXPECTED, [] {
         LSTATUS failure = ERROR_SUCCESS;
         for (const std::wstring& key : rootKeys()) {
             const LSTATUS status = RegDeleteTreeW(HKEY_CURRENT_USER, (classes + key).c_str());
