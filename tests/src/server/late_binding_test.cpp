@@ -116,6 +116,11 @@ TEST_F(LateBinding, AFailingFunctionNeedsNoPlaceForItsText) {
     EXPECT_EQ(invoke(unitOfMeasure, arguments(text(L"colour")), nullptr), S_OK);
     EXPECT_EQ(errorInfo(), "Quorvane.Excel: Invalid/unknown property \"colour\"");
 }
+TEST_F(LateBinding, AWrongArgumentNeedsNoPlaceForItsText) {
+    SetErrorInfo(0, nullptr);
+    EXPECT_EQ(invoke(unitOfMeasure, arguments(cells({1, 2})), nullptr), S_OK);
+    EXPECT_EQ(errorInfo(), "Quorvane.Excel: Invalid value for propertyName - expected string value");
+}
 TEST_F(LateBinding, AFailingServiceRaisesItsMessage) {
     EXCEPINFO exception{};
     com::variant name = text(L"Nobody");
@@ -229,6 +234,26 @@ TEST_F(ScriptVariables, MustBeThere) {
 TEST_F(ScriptVariables, AreAllNeeded) {
     com::variant result;
     EXPECT_EQ(invoke(idOf(L"GetPropInfo"), arguments(text(L"enthalpy")), &result), DISP_E_BADPARAMCOUNT);
+}
+
+TEST_F(ScriptVariables, CannotBeGivenByName) {
+    std::array<com::variant, 8> variables;
+    std::array<VARIANT, 9> given{};
+    std::array<DISPID, 9> names{};
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        names[i] = static_cast<DISPID>(i);
+        given[i].vt = VT_BYREF | VT_VARIANT;
+        given[i].pvarVal = &variables[i == 0 ? 0 : i - 1];
+    }
+    const com::variant propName = text(L"enthalpy");
+    given[0] = propName;
+    DISPPARAMS parameters{given.data(), names.data(), 9, 9};
+    EXPECT_EQ(addIn->Invoke(idOf(L"GetPropInfo"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                            nullptr, nullptr, nullptr),
+              DISP_E_TYPEMISMATCH);
+    for (const com::variant& variable : variables) {
+        EXPECT_EQ(variable.vt, VT_EMPTY);
+    }
 }
 
 TEST_F(LateBinding, TheVtableGivesTheSame) {
