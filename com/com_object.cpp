@@ -17,6 +17,9 @@ ULONG STDMETHODCALLTYPE COMObject::Release() noexcept { return releaseReference(
 ULONG COMObject::addReference() noexcept { return ++references_; }
 
 ULONG COMObject::releaseReference() noexcept {
+    if (isHeld_ && references_ == 1) {
+        return references_;
+    }
     const std::uint32_t left = --references_;
     if (left == 0) {
         // A destructor that hands `this` out for a moment (releasing a partner that releases us back) must

@@ -1,7 +1,7 @@
 // COMObject: base of every COM object written here. It owns the reference count and the query for interfaces;
 // a derived class only says which pointer answers which identifier (usually through implements.h).
 // Objects live in one apartment, so the count is a plain counter. A new object has no references:
-// the first holder adds one, and the last Release destroys the object.
+// the first holder adds one, and the last Release destroys the object, unless a held_ptr holds it.
 #pragma once
 
 #include "com/module.h"
@@ -10,6 +10,9 @@
 #include <cstdint>
 
 namespace com {
+
+template <typename T>
+class held_ptr;
 
 class COMObject : public IUnknown {
   public:
@@ -36,7 +39,11 @@ class COMObject : public IUnknown {
     COMObject() noexcept;
 
   private:
+    template <typename T>
+    friend class held_ptr;
+
     std::uint32_t references_ = 0;
+    bool isHeld_ = false; ///< the last reference belongs to a held_ptr
 };
 
 } // namespace com

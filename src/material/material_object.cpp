@@ -66,19 +66,6 @@ MaterialObject11::MaterialObject11(const MaterialOwner& owner)
     }
 }
 
-ULONG MaterialObject11::addReference() noexcept {
-    ++references_;
-    return implements::addReference();
-}
-
-ULONG MaterialObject11::releaseReference() noexcept {
-    if (owner_ != nullptr && references_ == 1) {
-        return references_;
-    }
-    --references_;
-    return implements::releaseReference();
-}
-
 const MaterialOwner& MaterialObject11::owner() const {
     if (owner_ == nullptr) {
         throw CWStrException{L"The material object is no longer in use by its property package"};

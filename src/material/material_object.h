@@ -60,11 +60,6 @@ class MaterialObject11 final
     /// forgetOwner.
     explicit MaterialObject11(const MaterialOwner& owner);
 
-    /// The last reference is the owner's, which forgets itself before it lets go: a package that releases
-    /// once too often does not take it away.
-    ULONG releaseReference() noexcept override;
-    ULONG addReference() noexcept override;
-
     // The owner's side: the request ...
 
     CalculationMode mode = CalculationMode::SinglePhase;
@@ -100,6 +95,7 @@ class MaterialObject11 final
     CompositionTotals totalsOf(const Composition& composition) const;
 
     void forgetOwner() noexcept { owner_ = nullptr; }
+    bool hasOwner() const noexcept { return owner_ != nullptr; }
 
     // ICapeThermoMaterial
     HRESULT STDMETHODCALLTYPE ClearAllProps() noexcept override;
@@ -179,7 +175,6 @@ class MaterialObject11 final
     void storePhaseResult(const PropertyInfo* info, BSTR label, BSTR basis, ArrayVariant& values);
 
     const MaterialOwner* owner_;
-    std::uint32_t references_ = 0;
     Composition composition1_;
     CompositionTotals totals_;
     ArrayVariant phaseStatus_;

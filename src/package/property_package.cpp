@@ -104,7 +104,7 @@ PropertyPackage::PropertyPackage(std::wstring managerName, const GUID& managerGU
 
 PropertyPackage::~PropertyPackage() {
     terminateObject(compounds_.get());
-    releaseMaterial();
+    retireMaterial();
 }
 
 com::com_ptr<IUnknown> PropertyPackage::create() const {
@@ -150,17 +150,16 @@ HRESULT PropertyPackage::saveState(IStream* stream) const {
     return S_FALSE;
 }
 
-void PropertyPackage::releaseMaterial() noexcept {
+void PropertyPackage::retireMaterial() noexcept {
     if (material_) {
         // The package may keep its reference for as long as it likes.
         material_->forgetOwner();
-        material_.reset();
     }
 }
 
 void PropertyPackage::reset() noexcept {
     ++generation_;
-    releaseMaterial();
+    retireMaterial();
     for (ArrayVariant& list : compoundData_) {
         list.release();
     }
@@ -178,7 +177,7 @@ void PropertyPackage::reset() noexcept {
 }
 
 void PropertyPackage::ensureMaterial() {
-    if (material_) {
+    if (material_ && material_->hasOwner()) {
         return;
     }
     loadCompounds();
@@ -189,17 +188,17 @@ void PropertyPackage::ensureMaterial() {
     }
     const Offer offer{offering_};
     const std::uint32_t generation = generation_;
-    auto material = com::make<MaterialObject11>(static_cast<const MaterialOwner&>(*this));
+    auto material = com::held_ptr<MaterialObject11>::make(static_cast<const MaterialOwner&>(*this));
     const HRESULT code = context->SetMaterial(static_cast<ICapeThermoMaterial*>(material.get()));
     if (FAILED(code)) {
         material->forgetOwner();
         requireSuccess(code, context.get(), L"Failed to set active material object on property package: ");
     }
+    material_ = std::move(material);
     if (generation != generation_) {
-        material->forgetOwner();
+        retireMaterial();
         throw CWStrException{changedMeanwhile};
     }
-    material_ = std::move(material);
 }
 
 bool PropertyPackage::isVapor(const wchar_t* label) const {

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "com/com_ptr.h"
+#include "com/held_ptr.h"
 #include "com/platform.h"
 #include "src/foundation/name_index_map.h"
 #include "src/material/material_object.h"
@@ -157,7 +158,7 @@ class PropertyPackage final : public MaterialOwner {
 
     com::com_ptr<IUnknown> create() const;
     void bind(IUnknown* package, IStream* savedState);
-    void releaseMaterial() noexcept;
+    void retireMaterial() noexcept;
     void prepareMaterial(CalculationMode mode, BSTR propName, BSTR phase1, double T, double P,
                          const std::vector<double>& composition, bool compositionIsMass,
                          const PropertyInfo& info);
@@ -170,6 +171,9 @@ class PropertyPackage final : public MaterialOwner {
                                bool isMass, bool& phaseFractionGiven);
     void convertPhaseResults(bool isMass);
 
+    // The package gives its references to the material back at any time until it has another one or is gone
+    // itself, so the last one that it was given lives as long; out of use it has no owner.
+    com::held_ptr<MaterialObject11> material_;
     com::com_ptr<ICapeThermoCompounds> compounds_;
     com::com_ptr<ICapeThermoPhases> phases_;
     com::com_ptr<ICapeThermoPropertyRoutine> propertyRoutine_;
@@ -198,8 +202,6 @@ class PropertyPackage final : public MaterialOwner {
     // Made once and lent to every calculation, filled with the caller's texts for its duration.
     ArrayVariant propertyNameArray2_;
     ArrayVariant propertyNameArray1_;
-
-    com::com_ptr<MaterialObject11> material_;
 
     bool calculating_ = false;     ///< a calculation of the package is running
     bool offering_ = false;        ///< the package is being given its material

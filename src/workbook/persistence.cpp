@@ -1,5 +1,6 @@
 #include "src/workbook/persistence.h"
 
+#include "com/held_ptr.h"
 #include "src/foundation/error_boundary.h"
 #include "src/foundation/error_texts.h"
 #include "src/foundation/guid_text.h"
@@ -18,7 +19,7 @@ namespace {
 
 Bytes savedBytesOf(const std::wstring& ppName, const PropertyPackage& package, const Report& report) {
     const auto buffer = std::make_shared<Bytes>();
-    const auto stream = com::make<MemoryStream>(buffer, MemoryStream::Access::writable);
+    const auto stream = com::held_ptr<MemoryStream>::make(buffer, MemoryStream::Access::writable);
     const HRESULT code = package.saveState(stream.get());
     if (FAILED(code)) {
         report(joined(L"Failed to save package ", ppName.c_str(), L": ") + systemErrorText(code));
@@ -102,8 +103,9 @@ std::shared_ptr<PropertyPackage> restored(const PersistedPackage& saved, Inflati
     }
     const CAPEOPENPackageManagerType kind = requiredKind(saved);
     const auto bytes = std::make_shared<Bytes>(bytesOfStateText(saved.stateText, allowance));
-    const auto stream = bytes->empty() ? com::com_ptr<MemoryStream>{}
-                                       : com::make<MemoryStream>(bytes, MemoryStream::Access::readOnly);
+    const auto stream = bytes->empty()
+                            ? com::held_ptr<MemoryStream>{}
+                            : com::held_ptr<MemoryStream>::make(bytes, MemoryStream::Access::readOnly);
     return std::make_shared<PropertyPackage>(saved.managerName, managerGUID, kind, saved.packageName,
                                              stream.get());
 }

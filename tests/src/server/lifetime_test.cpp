@@ -379,17 +379,70 @@ TEST_F(Lifetime, AMaterialThatIsNeverReleasedKeepsTheAddInLoaded) {
     addIn = AddIn::instance().create();
     events = addIn.tryAs<_IDTExtensibility2>();
 }
-TEST_F(Lifetime, AMaterialThatIsReleasedOnceTooOftenStaysWithThePackagesOwner) {
-    const std::string undisturbed = flash({});
-    kept.reset();
-    package->hook("CalcEquilibrium", [](scripted::Call& call) {
-        call.material->Release(); // the reference that UnsetMaterial or Terminate gives back
-        return call.healthy();
-    });
+class ReleasedOnceTooOften : public Lifetime {
+  protected:
+    void SetUp() override {
+        Lifetime::SetUp();
+        undisturbed = flash({});
+        kept.reset();
+        package->hook("CalcEquilibrium", [this](scripted::Call& call) {
+            call.material->Release(); // the reference that UnsetMaterial or Terminate gives back
+            meanwhile();
+            return call.healthy();
+        });
+    }
+    /// Everything is released in the end; only then is a reference too few found.
+    void expectReleased() {
+        EXPECT_EQ(close(), S_OK);
+        EXPECT_EQ(scripted::liveObjects(), 0);
+    }
+    void edit() {
+        VARIANT_BOOL changed = VARIANT_FALSE;
+        EXPECT_EQ(addIn->EditWorkbookPP(book(), com::makeBstr(L"P").get(), &changed), S_OK);
+    }
+
+    std::string undisturbed;
+    std::function<void()> meanwhile = [] {};
+};
+
+TEST_F(ReleasedOnceTooOften, AMaterialMayBeGivenBackWhenThePackageIsTerminated) {
+    EXPECT_EQ(flash({}), undisturbed);
+    expectReleased();
+}
+TEST_F(ReleasedOnceTooOften, AMaterialMayBeGivenBackWhenThePackageIsReleased) {
+    EXPECT_EQ(flash({}), undisturbed);
+    package->hook("Terminate", [](scripted::Call&) { return S_OK; });
+    expectReleased();
+}
+TEST_F(ReleasedOnceTooOften, AMaterialMayBeGivenBackWhenThePackageTakesAnother) {
     EXPECT_EQ(flash({}), undisturbed);
     package->recovers("CalcEquilibrium");
-    EXPECT_EQ(close(), S_OK); // gives back once more
-    EXPECT_EQ(scripted::liveObjects(), 0);
+    edit();
+    EXPECT_EQ(flash({}), undisturbed);
+    expectReleased();
+}
+TEST_F(ReleasedOnceTooOften, AMaterialMayBeUsedWhileThePackageIsEdited) {
+    meanwhile = [this] { edit(); };
+    EXPECT_EQ(flash({}), "Property package was changed during the calculation");
+    package->recovers("CalcEquilibrium");
+    EXPECT_EQ(flash({}), undisturbed);
+    expectReleased();
+}
+TEST_F(ReleasedOnceTooOften, AStreamServesUntilThePackageIsSavedOrRestored) {
+    package->model.state = "scripted state";
+    for (const char* const method : {"Save", "Load"}) {
+        package->hook(method, [](scripted::Call& call) {
+            call.in[0].punkVal->Release();
+            return call.healthy();
+        });
+    }
+    com::variant table;
+    ASSERT_EQ(addIn->Persist(book(), &table), S_OK);
+    ASSERT_EQ(remove(), S_OK);
+    package->model.state.clear();
+    ASSERT_EQ(addIn->Depersist(book(), table), S_OK);
+    EXPECT_EQ(package->model.state, "scripted state");
+    expectReleased();
 }
 
 } // namespace
