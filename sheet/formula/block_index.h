@@ -24,7 +24,7 @@ class BlockIndex {
     using TileSize = std::pair<unsigned, unsigned>;
     struct Entry {
         Block block;
-        std::size_t number;
+        std::size_t number = 0;
     };
     // Column and row of the tile that holds the block's first cell. No block is larger than a tile, so it
     // ends in the same tile or in the next one.
