@@ -80,8 +80,8 @@ TEST(PureSaturation, VaporPressureTooSmallForTheMachineIsNotAvailable) {
 
 TEST(PureSaturation, VaporPressureIsThereUntilItUnderflows) {
     const PengRobinson model = pure(*findCompound("n-decane"));
-    double T = 60.0;
-    for (double previous = saturationAtTemperature(model, T).P; T > 24.5; T -= 1.0) {
+    double previous = saturationAtTemperature(model, 60.0).P;
+    for (int T = 60; T > 24; --T) {
         const Saturation at = saturationAtTemperature(model, T);
         EXPECT_LE(at.P, previous) << T;
         EXPECT_NEAR(at.vapor.lnPhi[0], at.liquid.lnPhi[0], 1e-10) << T;
