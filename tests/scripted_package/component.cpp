@@ -157,7 +157,15 @@ HRESULT STDMETHODCALLTYPE Component::Edit() noexcept {
 HRESULT Component::giveErrorText(const char* method, BSTR* out, const std::wstring& text) noexcept {
     const Failure kept = lastError_;
     const std::string keptMethod = lastMethod_;
-    const HRESULT code = respond(method, {}, {out}, [&] { *out = com::makeBstr(text).release(); });
+    com::unique_bstr given;
+    const HRESULT code = respond(method, {}, {out}, [&] {
+        given = com::makeBstr(text);
+        *out = given.get();
+    });
+    // What came with a failure is not the caller's to free, nor to read.
+    if (SUCCEEDED(code)) {
+        static_cast<void>(given.release());
+    }
     lastError_ = kept;
     lastMethod_ = keptMethod;
     return code;

@@ -120,17 +120,17 @@ HRESULT IdealPackage::equilibrium(scripted::Call& call) {
     return call.healthy();
 }
 
-void CheckTest::SetUpTestSuite() { ASSERT_EQ(callExport(L"Quorvane.dll", "DllRegisterServer"), S_OK); }
-
-void CheckTest::SetUp() {
-    ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
-    ideal_ = std::make_unique<IdealPackage>();
+// The apartment stays for the whole program, and the add-in loaded in it: what its run time opens once would
+// be opened for each test.
+void CheckTest::SetUpTestSuite() {
+    static const HRESULT apartment = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    ASSERT_TRUE(SUCCEEDED(apartment));
+    ASSERT_EQ(callExport(L"Quorvane.dll", "DllRegisterServer"), S_OK);
 }
 
-void CheckTest::TearDown() {
-    ideal_.reset();
-    CoUninitialize();
-}
+void CheckTest::SetUp() { ideal_ = std::make_unique<IdealPackage>(); }
+
+void CheckTest::TearDown() { ideal_.reset(); }
 
 checking::Report CheckTest::check(const checking::Choices& choices) {
     AddIn addIn{"check"};
