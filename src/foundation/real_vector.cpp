@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace quorvane {
 
@@ -53,9 +54,10 @@ std::int32_t vectorLength(SAFEARRAY* array) {
     return static_cast<std::int32_t>(length);
 }
 
-std::vector<double> readArray(const VARIANT& value) {
+std::vector<double> readArray(const VARIANT& value, std::vector<double> reals) {
+    reals.clear();
     if (value.parray == nullptr) {
-        return {};
+        return reals;
     }
     VARTYPE actual = VT_EMPTY;
     if (SUCCEEDED(SafeArrayGetVartype(value.parray, &actual)) && actual != (value.vt & VT_TYPEMASK)) {
@@ -63,7 +65,7 @@ std::vector<double> readArray(const VARIANT& value) {
     }
     ArrayVariant holder = ArrayVariant::borrow(value);
     holder.count = vectorLength(value.parray);
-    std::vector<double> reals(static_cast<std::size_t>(holder.count));
+    reals.resize(static_cast<std::size_t>(holder.count));
     if (value.vt == (VT_ARRAY | VT_R8)) {
         std::ranges::copy(holder.elements<double>(), reals.begin());
     } else {
@@ -74,7 +76,7 @@ std::vector<double> readArray(const VARIANT& value) {
 
 } // namespace
 
-std::vector<double> readRealVector(const VARIANT& argument) {
+std::vector<double> readRealVector(const VARIANT& argument, std::vector<double> reuse) {
     const VARIANT value = withoutReference(argument);
     if (isOmitted(value)) {
         throw CWStrException{L"value not specified"};
@@ -85,16 +87,17 @@ std::vector<double> readRealVector(const VARIANT& argument) {
             // A cell cannot hold an object, and an error cell holds no number.
             throw CWStrException{L"not a real array"};
         }
-        return readRealVector(contents);
+        return readRealVector(contents, std::move(reuse));
     }
     switch (value.vt) {
     case VT_EMPTY:
         return {};
     case VT_R8:
-        return {value.dblVal};
+        reuse.assign(1, value.dblVal);
+        return reuse;
     case VT_ARRAY | VT_R8:
     case VT_ARRAY | VT_VARIANT:
-        return readArray(value);
+        return readArray(value, std::move(reuse));
     default:
         throw CWStrException{L"not a real array"};
     }

@@ -11,7 +11,8 @@ namespace quorvane {
 /// single cell are all accepted, a block is refused. Inside arrays an empty cell reads as 0 and a numeric
 /// text as its number; an empty value is an empty vector. Throws CWStrException or WStrException: "value not
 /// specified", "unexpected dimension; array expected", "Failed to convert ..." with the offending text,
-/// "Array contains values that are not numbers", "not a real array".
-std::vector<double> readRealVector(const VARIANT& value);
+/// "Array contains values that are not numbers", "not a real array". The memory of `reuse` serves for the
+/// result.
+std::vector<double> readRealVector(const VARIANT& value, std::vector<double> reuse = {});
 
 } // namespace quorvane

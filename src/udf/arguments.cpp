@@ -85,7 +85,7 @@ void requireText(BSTR text, const wchar_t* message) {
 std::shared_ptr<PropertyPackage> readPackage(Session& session, BSTR name) {
     requireText(name, L"Empty string is not valid for package name");
     const PackageTable& table = session.currentWorkbook();
-    const auto entry = table.find(std::wstring{com::viewOf(name)});
+    const auto entry = table.find(com::viewOf(name));
     if (entry == table.end()) {
         throw CWStrException{L"Invalid package name"};
     }
@@ -138,15 +138,14 @@ bool readFlag(const VARIANT& argument, const wchar_t* argumentName, bool default
     return truth->boolVal != VARIANT_FALSE;
 }
 
-std::vector<double> readReals(const VARIANT& argument, bool normalize) {
-    std::vector<double> values = readRealVector(argument);
-    const double sum = std::accumulate(values.begin(), values.end(), 0.0);
+Reals::Reals(Session& session, const VARIANT& argument, bool normalize)
+    : session_{session}, values_{readRealVector(argument, session.lendReals())} {
+    const double sum = std::accumulate(values_.begin(), values_.end(), 0.0);
     if (normalize && sum != 0.0 && std::isfinite(sum)) {
-        for (double& value : values) {
+        for (double& value : values_) {
             value /= sum;
         }
     }
-    return values;
 }
 
 void requireComposition(const std::vector<double>& composition, const PropertyPackage& package,

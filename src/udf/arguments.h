@@ -29,9 +29,22 @@ std::int32_t readPhase(PropertyPackage& package, const VARIANT& argument);
 /// A truth value; `argumentName` appears in the message for a value that is none.
 bool readFlag(const VARIANT& argument, const wchar_t* argumentName, bool defaultValue);
 
-/// A composition: real values, scaled to the sum 1 if asked. One that sums to zero or to no number stays as
-/// it is, for the package to refuse.
-std::vector<double> readReals(const VARIANT& argument, bool normalize);
+/// A composition, in memory that the session lends: real values, scaled to the sum 1 if asked. One that sums
+/// to zero or to no number stays as it is, for the package to refuse.
+class Reals {
+  public:
+    Reals(Session& session, const VARIANT& argument, bool normalize);
+    Reals(const Reals&) = delete;
+    Reals& operator=(const Reals&) = delete;
+    ~Reals() { session_.takeBackReals(std::move(values_)); }
+
+    const std::vector<double>& values() const noexcept { return values_; }
+    std::size_t size() const noexcept { return values_.size(); }
+
+  private:
+    Session& session_;
+    std::vector<double> values_;
+};
 
 /// Throws WStrException when there is not one value for each compound; `name` appears in the message.
 void requireComposition(const std::vector<double>& composition, const PropertyPackage& package,

@@ -118,13 +118,13 @@ void mixtureProperty(Session& session, const MixturePropertyArguments& arguments
     requireConditions(arguments.T, arguments.P);
     const std::shared_ptr<PropertyPackage> package = readPackage(session, arguments.packageName);
     const bool normalize = readFlag(arguments.normalizeComposition, L"normalizeComposition", true);
-    std::vector<double> composition = readReals(arguments.composition, normalize);
+    const Reals composition{session, arguments.composition, normalize};
     package->ensureMaterial();
-    requireComposition(composition, *package, L"composition");
+    requireComposition(composition.values(), *package, L"composition");
     const PropertyInfo& info = lookupProperty(arguments.propertyName);
-    const std::vector<double>& values =
-        package->calcSinglePhaseProperty(arguments.propertyName, arguments.phaseName, arguments.T,
-                                         arguments.P, composition, compositionIsMass, info, resultIsMass);
+    const std::vector<double>& values = package->calcSinglePhaseProperty(
+        arguments.propertyName, arguments.phaseName, arguments.T, arguments.P, composition.values(),
+        compositionIsMass, info, resultIsMass);
     layOut(values, info, composition.size(), arguments.orientation, arguments.transposed, result);
 }
 
@@ -139,15 +139,15 @@ void twoPhaseProperty(Session& session, const TwoPhasePropertyArguments& argumen
     requireConditions(arguments.T, arguments.P);
     const std::shared_ptr<PropertyPackage> package = readPackage(session, arguments.packageName);
     const bool normalize = readFlag(arguments.normalizeComposition, L"normalizeComposition", true);
-    const std::vector<double> composition1 = readReals(arguments.phase1Composition, normalize);
+    const Reals composition1{session, arguments.phase1Composition, normalize};
     package->loadCompounds();
-    requireComposition(composition1, *package, L"phase 1 composition");
-    const std::vector<double> composition2 = readReals(arguments.phase2Composition, normalize);
-    requireComposition(composition2, *package, L"phase 2 composition");
+    requireComposition(composition1.values(), *package, L"phase 1 composition");
+    const Reals composition2{session, arguments.phase2Composition, normalize};
+    requireComposition(composition2.values(), *package, L"phase 2 composition");
     const PropertyInfo& info = lookupProperty(arguments.propertyName);
     const std::vector<double>& all = package->calcTwoPhaseProperty(
         arguments.propertyName, arguments.phase1Name, arguments.phase2Name, arguments.T, arguments.P,
-        composition1, composition2, compositionIsMass, info);
+        composition1.values(), composition2.values(), compositionIsMass, info);
     std::span<const double> values{all};
     if (isCompositionDerivative(info)) {
         const std::size_t half = values.size() / 2;

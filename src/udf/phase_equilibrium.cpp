@@ -119,8 +119,8 @@ void phaseEquilibrium(Session& session, const PhaseEquilibriumArguments& argumen
     const std::shared_ptr<PropertyPackage> package = readPackage(session, arguments.packageName);
     package->ensureMaterial();
     const bool normalize = readFlag(arguments.normalizeComposition, L"normalizeComposition", true);
-    const std::vector<double> composition = readReals(arguments.overallComposition, normalize);
-    requireComposition(composition, *package, L"overall composition");
+    const Reals composition{session, arguments.overallComposition, normalize};
+    requireComposition(composition.values(), *package, L"overall composition");
     const EquilibriumOptions options = readOptions(arguments.options);
     if (!options.phaseResults && !options.overallResults) {
         throw CWStrException{L"Either overall phase or phases must be included; no output"};
@@ -133,12 +133,12 @@ void phaseEquilibrium(Session& session, const PhaseEquilibriumArguments& argumen
     for (const ExtraProperty& extra : options.extraProperties) {
         extraValues += valuesOf(extra, composition.size());
     }
-    EquilibriumResults results =
-        copyResults(package->calcEquilibrium({arguments.condition1, arguments.condition1Value},
-                                             {arguments.condition2, arguments.condition2Value},
-                                             solutionType.get(), composition, isMass, overallT, overallP),
-                    extraValues);
-    results.overall = {true, overallT, overallP, 1.0, composition, {}};
+    EquilibriumResults results = copyResults(
+        package->calcEquilibrium({arguments.condition1, arguments.condition1Value},
+                                 {arguments.condition2, arguments.condition2Value}, solutionType.get(),
+                                 composition.values(), isMass, overallT, overallP),
+        extraValues);
+    results.overall = {true, overallT, overallP, 1.0, composition.values(), {}};
 
     ArrayVariant labels = package->phaseLabels().copy();
     requireVector(labels, VT_BSTR, {});

@@ -3,6 +3,7 @@
 #include "src/foundation/late_binding.h"
 
 #include <office_idl.h>
+#include <utility>
 
 namespace quorvane {
 
@@ -45,6 +46,26 @@ PackageTable& Session::currentWorkbook() {
         throw CWStrException{L"No current workbook"};
     }
     return store_.tableOf(workbookKey(workbook.get()));
+}
+
+std::vector<double> Session::lendReals() noexcept {
+    for (std::vector<double>& spare : spareReals_) {
+        if (spare.capacity() != 0) {
+            return std::exchange(spare, {});
+        }
+    }
+    return {};
+}
+
+void Session::takeBackReals(std::vector<double> reals) noexcept {
+    // Whoever passes a whole column by mistake does not bind its memory for good.
+    constexpr std::size_t mostKept = 4096;
+    for (std::vector<double>& spare : spareReals_) {
+        if (spare.capacity() == 0 && reals.capacity() <= mostKept) {
+            spare = std::move(reals);
+            return;
+        }
+    }
 }
 
 void Session::handOver(IQuorvaneVSTOServices* services) noexcept {

@@ -4,7 +4,9 @@
 
 #include "src/workbook/workbook_store.h"
 
+#include <array>
 #include <quorvane_idl.h>
+#include <vector>
 
 namespace quorvane {
 
@@ -38,10 +40,16 @@ class Session {
     /// front end may be loaded later, and the next call tries again.
     void handOver(IQuorvaneVSTOServices* services) noexcept;
 
+    /// Memory for numbers that a call reads, to be given back at its end: a sheet calls so often that taking
+    /// and freeing it each time is felt. A call inside a call gets memory of its own.
+    std::vector<double> lendReals() noexcept;
+    void takeBackReals(std::vector<double> reals) noexcept;
+
   private:
     WorkbookStore store_;
     bool handedOver_ = false;
     bool handingOver_ = false;
+    std::array<std::vector<double>, 2> spareReals_; ///< no call reads more than two compositions
 };
 
 } // namespace quorvane

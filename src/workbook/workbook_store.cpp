@@ -28,7 +28,7 @@ WorkbookKey workbookKey(IUnknown* workbook) {
     return reinterpret_cast<std::uintptr_t>(identity.get());
 }
 
-std::size_t Fnv1aHash::operator()(const std::wstring& name) const noexcept {
+std::size_t Fnv1aHash::operator()(std::wstring_view name) const noexcept {
     std::uint64_t hash = fnv1aOffset;
     for (const wchar_t unit : name) {
         hash = hashBytes(hash, static_cast<std::make_unsigned_t<wchar_t>>(unit));

@@ -11,8 +11,10 @@
 #include "src/package/property_package.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -25,12 +27,14 @@ WorkbookKey workbookKey(IUnknown* workbook);
 
 // 64-bit FNV-1a over bytes, low byte of each unit first. Source: Fowler, Noll, Vo.
 struct Fnv1aHash {
-    std::size_t operator()(const std::wstring& name) const noexcept;
+    using is_transparent = void;
+    std::size_t operator()(std::wstring_view name) const noexcept;
     std::size_t operator()(WorkbookKey key) const noexcept;
 };
 
 /// From a package's name in the workbook, compared exactly, to the package.
-using PackageTable = std::unordered_map<std::wstring, std::shared_ptr<PropertyPackage>, Fnv1aHash>;
+using PackageTable =
+    std::unordered_map<std::wstring, std::shared_ptr<PropertyPackage>, Fnv1aHash, std::equal_to<>>;
 
 struct NamedPackage {
     std::wstring ppName;
