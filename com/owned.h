@@ -108,7 +108,7 @@ class variant : public VARIANT {
     }
     explicit variant(std::wstring_view text) : variant{makeBstr(text)} {}
     explicit variant(const wchar_t* text) : variant{std::wstring_view{text}} {}
-    variant(variant&& other) noexcept : VARIANT{other} { VariantInit(&other); }
+    variant(variant&& other) noexcept : VARIANT{other.release()} {}
     variant(const variant&) = delete;
     variant& operator=(const variant&) = delete;
     variant& operator=(variant&& other) noexcept {
@@ -118,9 +118,16 @@ class variant : public VARIANT {
         }
         return *this;
     }
-    ~variant() { VariantClear(this); }
+    ~variant() { clear(); }
 
-    void clear() noexcept { VariantClear(this); }
+    void clear() noexcept {
+        // Most are empty or numbers, which own nothing: not worth a call into Automation.
+        if (vt > VT_DATE) {
+            VariantClear(this);
+        } else {
+            vt = VT_EMPTY;
+        }
+    }
     /// The address for an out-parameter; what was held is let go first.
     VARIANT* put() noexcept {
         clear();

@@ -48,7 +48,7 @@ void ArrayVariant::release() noexcept {
     if (owned) {
         com::variant::attach(value).clear();
     }
-    VariantInit(&value);
+    value = {};
     owned = false;
     lowerBound = 0;
     count = 0;
