@@ -10,9 +10,9 @@ void allocations(Report& report, const Server& server) {
         return;
     }
     MixtureScene scene{server, {}};
-    const SteadyCounts client = steadyCounts(server, [&] { scene.client(); });
-    const SteadyCounts byVtable = steadyCounts(server, [&] { scene.addInByVtable(); });
-    const SteadyCounts byInvoke = steadyCounts(server, [&] { scene.addInByInvoke(); });
+    const SteadyCounts client = steadyCounts([&] { scene.client(); });
+    const SteadyCounts byVtable = steadyCounts([&] { scene.addInByVtable(); });
+    const SteadyCounts byInvoke = steadyCounts([&] { scene.addInByInvoke(); });
     report.count("own heap allocations per call, vtable", "", byVtable.heap, 0.0);
     report.count("own heap allocations per call, Invoke", "", byInvoke.heap, 0.0);
     report.count("COM allocations per call, vtable", "hand-written client", byVtable.com, client.com);

@@ -18,38 +18,38 @@ class SteadyCall : public ::testing::Test {
 
 TEST_F(SteadyCall, IsCountedWhereTheAddInAllocates) {
     const SteadyCounts counts =
-        steadyCounts(server, [&] { const com::com_ptr<IQuorvaneUDF> made = server.createFunctions(); });
+        steadyCounts([&] { const com::com_ptr<IQuorvaneUDF> made = server.createFunctions(); });
     EXPECT_GE(counts.heap, 1.0) << "making the add-in's object takes memory";
 }
 
 TEST_F(SteadyCall, TakesNoMemoryOfItsOwnThroughTheVtable) {
     MixtureScene scene{server, {}};
-    EXPECT_EQ(steadyCounts(server, [&] { scene.addInByVtable(); }).heap, 0.0);
+    EXPECT_EQ(steadyCounts([&] { scene.addInByVtable(); }).heap, 0.0);
 }
 
 TEST_F(SteadyCall, TakesNoMemoryOfItsOwnThroughInvoke) {
     MixtureScene scene{server, {}};
-    EXPECT_EQ(steadyCounts(server, [&] { scene.addInByInvoke(); }).heap, 0.0);
+    EXPECT_EQ(steadyCounts([&] { scene.addInByInvoke(); }).heap, 0.0);
 }
 
 TEST_F(SteadyCall, TakesNoMoreOfComThanAHandWrittenClient) {
     MixtureScene scene{server, {}};
     scene.requireSameResults();
-    const double client = steadyCounts(server, [&] { scene.client(); }).com;
+    const double client = steadyCounts([&] { scene.client(); }).com;
     EXPECT_GE(client, 1.0) << "the composition is handed out as an array";
-    EXPECT_EQ(steadyCounts(server, [&] { scene.addInByVtable(); }).com, client);
+    EXPECT_EQ(steadyCounts([&] { scene.addInByVtable(); }).com, client);
 }
 
 TEST_F(SteadyCall, AsksExcelForTheWorkbookAndNothingElse) {
     MixtureScene scene{server, {}};
-    const double client = steadyCounts(server, [&] { scene.client(); }).interfaces;
+    const double client = steadyCounts([&] { scene.client(); }).interfaces;
     // The name of the member, what the workbook is, and references that the client holds all along.
-    EXPECT_LE(steadyCounts(server, [&] { scene.addInByVtable(); }).interfaces, client + 6.0);
+    EXPECT_LE(steadyCounts([&] { scene.addInByVtable(); }).interfaces, client + 6.0);
 }
 
 TEST_F(SteadyCall, OfManyCompoundsTakesNoMemoryOfItsOwn) {
     MixtureScene scene{server, {.compounds = 100}};
-    EXPECT_EQ(steadyCounts(server, [&] { scene.addInByVtable(); }).heap, 0.0);
+    EXPECT_EQ(steadyCounts([&] { scene.addInByVtable(); }).heap, 0.0);
 }
 
 } // namespace
