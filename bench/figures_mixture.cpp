@@ -26,8 +26,8 @@ class DerivativeScene {
         : class_{compounds}, addIn_{server, application_->dispatch()} {
         for (std::size_t i = 0; i < packages; ++i) {
             names_.push_back(L"Package " + std::to_wstring(i));
-            calls_.push_back(std::make_unique<MixtureCall>(
-                MixtureArguments{names_.back(), L"enthalpy.DmolFraction", L"mass", {}, compounds}));
+            calls_.push_back(std::make_unique<MixtureCall>(MixtureArguments{
+                names_.back(), L"enthalpy.DmolFraction", L"mass", L"horizontal", compounds}));
             plain_.push_back(std::make_unique<MixtureCall>(
                 MixtureArguments{names_.back(), L"enthalpy", {}, {}, compounds}));
             clients_.emplace_back(application_->dispatch(), instantPackageClass, molecularWeights(compounds));
