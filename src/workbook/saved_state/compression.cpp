@@ -2,7 +2,8 @@
 
 #include "src/foundation/exceptions.h"
 
-#include <array>
+#include <algorithm>
+#include <bit>
 #include <new>
 #include <zlib.h>
 
@@ -13,6 +14,10 @@ namespace {
 constexpr int bestCompression = 9;
 constexpr int windowBits = 15;
 constexpr int memoryLevel = 8;
+
+// Bytes that are decompressed at a time.
+constexpr std::size_t smallestPiece = std::size_t{1} << 10U;
+constexpr std::size_t largestPiece = std::size_t{1} << 20U;
 
 // In the C++ heap, like everything else here.
 voidpf allocate(voidpf, uInt count, uInt size) noexcept {
@@ -76,25 +81,36 @@ Bytes inflated(std::span<const std::uint8_t> stream, InflationAllowance& allowan
     Stream<inflateEnd> reader{stream};
     requireStarted(inflateInit(&reader.state));
     const std::size_t limit = allowance.next();
+    // Large pieces: after each one zlib copies its window, and within a few hundred bytes of an end it is
+    // slow. A power of two, so that memory that is doubled as it fills comes to the limit without passing it.
+    const std::size_t piece = std::bit_ceil(std::clamp(4 * stream.size(), smallestPiece, largestPiece));
     Bytes result;
-    std::array<std::uint8_t, 1024> block{};
     for (;;) {
-        reader.state.next_out = block.data();
-        reader.state.avail_out = static_cast<uInt>(block.size());
-        // The code says nothing more: a stream that has ended or is damaged gives no output at the next call.
-        const int code = inflate(&reader.state, Z_NO_FLUSH);
-        if (code == Z_MEM_ERROR) {
+        const std::size_t before = result.size();
+        // At the limit the memory is not extended once more to learn that there is too much.
+        const bool isFull = before == limit;
+        std::uint8_t beyond = 0;
+        const std::size_t room = isFull ? 1 : std::min(piece, limit - before);
+        if (!isFull) {
+            result.resize(before + room);
+        }
+        reader.state.next_out = isFull ? &beyond : result.data() + before;
+        reader.state.avail_out = static_cast<uInt>(room);
+        if (inflate(&reader.state, Z_NO_FLUSH) == Z_MEM_ERROR) {
             throw std::bad_alloc{};
         }
-        const std::size_t count = block.size() - reader.state.avail_out;
-        if (count == 0) {
+        // The code says nothing more: a stream that has ended or is damaged leaves room.
+        const bool hasEnded = reader.state.avail_out != 0;
+        if (isFull && !hasEnded) {
+            throwTooLarge(allowance);
+        }
+        if (!isFull) {
+            result.resize(before + room - reader.state.avail_out);
+        }
+        if (hasEnded) {
             allowance.spend(result.size());
             return result;
         }
-        if (count > limit - result.size()) {
-            throwTooLarge(allowance);
-        }
-        result.insert(result.end(), block.data(), block.data() + count);
     }
 }
 

@@ -53,7 +53,13 @@ PersistedPackage readPersistedPackage(std::size_t columns, const Cell& cell) {
                              std::wstring{at(3)}, std::wstring{at(4)}, {}};
     const std::wstring_view state = at(fixedColumns - 1);
     if (const auto first = detail::firstPiece(state, columns)) {
-        for (std::size_t column = *first; !at(column).empty(); ++column) {
+        std::size_t end = *first;
+        std::size_t length = 0;
+        for (; !at(end).empty(); ++end) {
+            length += at(end).size();
+        }
+        package.stateText.reserve(length);
+        for (std::size_t column = *first; column < end; ++column) {
             package.stateText += at(column);
         }
     } else {
