@@ -22,9 +22,21 @@ struct Forms {
     com_ptr<ITypeInfo> vtable;
 };
 
+// A thread that holds it may take it again. The standard library's would bring its texts for failures of the
+// system into every DLL. Never destroyed, as it belongs to what never is.
+class RecursiveLock {
+  public:
+    RecursiveLock() noexcept { InitializeCriticalSection(&section_); }
+    void lock() noexcept { EnterCriticalSection(&section_); }
+    void unlock() noexcept { LeaveCriticalSection(&section_); }
+
+  private:
+    CRITICAL_SECTION section_{};
+};
+
 // Loading a type library can pump messages and re-enter through another object, hence the recursive lock.
 struct TypeInfos {
-    std::recursive_mutex mutex;
+    RecursiveLock mutex;
     com_ptr<ITypeLib> library;
     std::map<IID, Forms, IidLess> infos;
 };

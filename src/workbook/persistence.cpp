@@ -70,7 +70,9 @@ class Messages {
     }
     void sumUp() {
         if (count_ > most) {
-            report_(L"Cannot restore " + std::to_wstring(count_ - most) + L" more property packages");
+            // Not by to_wstring, which would bring the whole of wprintf into the DLL.
+            report_(joined(L"Cannot restore ", utf8ToWide(std::to_string(count_ - most).c_str()),
+                           L" more property packages"));
         }
     }
 
