@@ -1,6 +1,7 @@
 #include "packages/peng_robinson/eos/active.h"
 #include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/flash.h"
+#include "packages/peng_robinson/eos/phase_split.h"
 #include "packages/peng_robinson/eos/pure_saturation.h"
 #include "packages/peng_robinson/eos/quality_line.h"
 #include "packages/peng_robinson/eos/stability.h"
@@ -19,57 +20,143 @@ bool isWanted(const QualityLine::Point& point, SolutionType wanted) {
     return wanted == SolutionType::any || point.normal == (wanted == SolutionType::normal);
 }
 
+// The fugacity equations hold as well for the two phases the other way round, for two liquids, for a volume
+// that is not the stable one, and for phases of which one would rather split. None of these is a state of
+// vapour and liquid.
+class Judge {
+  public:
+    Judge(const ActiveMixture& mixture, const QualityLine& line, Variable given, double beta)
+        : mixture_{mixture}, line_{line}, given_{given}, beta_{beta} {}
+
+    /// The point, when it is a stable state; the state with another incipient phase that comes before it,
+    /// when there is one; else nothing.
+    std::optional<QualityLine::Point> stablePoint(std::optional<QualityLine::Point> point) const;
+
+  private:
+    bool isVaporOverLiquid(const QualityLine::Point& point) const;
+    bool isLowest(const QualityLine::Point& point) const;
+    /// K-values of a phase that the mixture would rather form than the incipient one, as a start for
+    /// solving; none for a stable mixture.
+    struct Rival {
+        bool exists = false;
+        std::vector<double> lnK; ///< empty: it cannot be the incipient phase
+    };
+    Rival rivalOf(const QualityLine::Point& point) const;
+
+    const ActiveMixture& mixture_;
+    const QualityLine& line_;
+    Variable given_;
+    double beta_;
+};
+
+bool Judge::isVaporOverLiquid(const QualityLine::Point& point) const {
+    const Isotherm isotherm = mixture_.model().at(point.T);
+    const auto lost = [&](std::span<const double> x, const PhaseState& phase) {
+        return phase.residualGibbs - isotherm.phase(point.P, x, Root::stable).residualGibbs;
+    };
+    const PhaseState liquid = isotherm.phase(point.P, point.x, Root::liquid);
+    const PhaseState vapor = isotherm.phase(point.P, point.y, Root::vapor);
+    const double rounding = 1e-10 * isotherm.RT();
+    return vapor.v / vapor.b > liquid.v / liquid.b && !isClearlyLiquid(vapor, isotherm.RT()) &&
+           lost(point.x, liquid) <= rounding &&
+           lost(point.y, vapor) <= rounding;
+}
+
+// Between bubble and dew point: does a flash at its temperature and pressure find a state of lower Gibbs
+// energy?
+bool Judge::isLowest(const QualityLine::Point& point) const {
+    const Isotherm isotherm = mixture_.model().at(point.T);
+    const auto gibbs = [&](std::span<const double> x) {
+        const PhaseState phase = isotherm.phase(point.P, x, Root::stable);
+        double sum = 0.0;
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            sum += x[i] > 0.0 ? x[i] * (std::log(x[i]) + phase.lnPhi[i]) : 0.0;
+        }
+        return sum;
+    };
+    Equilibrium lowest;
+    try {
+        lowest = flashTP(mixture_.model(), point.T, point.P, mixture_.z());
+    } catch (const NoConvergence&) {
+        return true; // it finds less than what is known already
+    }
+    double difference = beta_ * gibbs(point.y) + (1.0 - beta_) * gibbs(point.x);
+    for (const std::optional<PhaseAmount>& phase : {lowest.vapor, lowest.liquid}) {
+        difference -= phase ? phase->fraction * gibbs(phase->x) : 0.0;
+    }
+    return difference < 1e-10;
+}
+
 // At a dew point another liquid may have dropped out before (water from a gas that also holds heavy
 // hydrocarbons): then the vapour is unstable, and the K-values of the phase that it would rather form are a
-// better start. Likewise a bubble point. Empty when the point is the first one met.
-std::vector<double> moreStableIncipientPhase(const ActiveMixture& mixture, const QualityLine::Point& point,
-                                             double beta) {
-    if (beta != 0.0 && beta != 1.0) {
-        return {};
-    }
-    const Isotherm isotherm = mixture.model().at(point.T);
-    const std::vector<double>& z = mixture.z();
-    const PhaseState feed = isotherm.phase(point.P, z, beta == 1.0 ? Root::vapor : Root::liquid);
+// better start. Likewise a bubble point, where a second liquid does not count.
+Judge::Rival Judge::rivalOf(const QualityLine::Point& point) const {
+    const Isotherm isotherm = mixture_.model().at(point.T);
+    const std::vector<double>& z = mixture_.z();
+    const bool isDew = beta_ == 1.0;
+    const PhaseState feed = isotherm.phase(point.P, z, isDew ? Root::vapor : Root::liquid);
+    Rival rival;
     for (const TrialPhase& trial : unstableTrials(isotherm, point.P, z, feed)) {
-        double sum = 0.0;
-        std::vector<double> lnK(z.size());
-        for (std::size_t i = 0; i < z.size(); ++i) {
-            lnK[i] = (beta == 1.0 ? -1.0 : 1.0) * std::log(trial.amounts[i] / z[i]);
-            sum += trial.amounts[i];
+        const PhaseState phase =
+            isotherm.phase(point.P, normalisedComposition(trial.amounts, z.size()), Root::stable);
+        const bool isSecondLiquid = !isDew && isClearlyLiquid(feed, isotherm.RT()) &&
+                                    isClearlyLiquid(phase, isotherm.RT());
+        if (trial.distance > -1e-9 || isSecondLiquid) {
+            continue;
         }
-        std::vector<double> w = trial.amounts;
-        for (double& fraction : w) {
-            fraction /= sum;
-        }
-        const PhaseState phase = isotherm.phase(point.P, w, Root::stable);
-        const bool denser = phase.v / phase.b < feed.v / feed.b;
-        if (trial.distance < -1e-9 && denser == (beta == 1.0)) {
-            return lnK;
+        rival.exists = true;
+        const bool isDenser = phase.v / phase.b < feed.v / feed.b;
+        if (isDenser == isDew) {
+            for (std::size_t i = 0; i < z.size(); ++i) {
+                rival.lnK.push_back((isDew ? -1.0 : 1.0) * std::log(trial.amounts[i] / z[i]));
+            }
+            break;
         }
     }
-    return {};
+    return rival;
+}
+
+std::optional<QualityLine::Point> Judge::stablePoint(std::optional<QualityLine::Point> point) const {
+    for (int i = 0; i < 5 && point && isVaporOverLiquid(*point); ++i) {
+        if (beta_ > 0.0 && beta_ < 1.0) {
+            return isLowest(*point) ? point : std::nullopt;
+        }
+        const Rival rival = rivalOf(*point);
+        if (!rival.exists) {
+            return point;
+        }
+        if (rival.lnK.empty()) {
+            break;
+        }
+        point = line_.solveFrom(rival.lnK, point->T, point->P, given_);
+    }
+    return std::nullopt;
 }
 
 std::optional<QualityLine::Point> findPoint(const ActiveMixture& mixture, Variable given, double value,
                                             double beta, SolutionType wanted) {
     const QualityLine line{mixture.model(), mixture.z(), beta};
+    const Judge judge{mixture, line, given, beta};
     if (wanted != SolutionType::retrograde) {
         // Most questions end here: the direct solution is the normal one.
-        std::optional<QualityLine::Point> direct = line.estimateAndSolve(given, value);
-        for (int i = 0; i < 5 && direct && direct->normal; ++i) {
-            const std::vector<double> lnK = moreStableIncipientPhase(mixture, *direct, beta);
-            if (lnK.empty()) {
-                return direct;
-            }
-            direct = line.solveFrom(lnK, direct->T, direct->P, given);
+        std::optional<QualityLine::Point> direct = judge.stablePoint(line.estimateAndSolve(given, value));
+        if (direct && direct->normal) {
+            return direct;
         }
     }
-    std::vector<QualityLine::Point> points = line.follow(given, value);
-    std::erase_if(points, [wanted](const QualityLine::Point& point) { return !isWanted(point, wanted); });
-    const auto normal = std::ranges::find_if(points, &QualityLine::Point::normal);
-    return normal != points.end() ? std::optional{*normal}
-           : points.empty()       ? std::nullopt
-                                  : std::optional{points.front()};
+    std::optional<QualityLine::Point> best;
+    const auto isBetter = [&](const QualityLine::Point& point) {
+        return !best || (point.normal != best->normal        ? point.normal
+                         : given == Variable::temperature ? point.P < best->P
+                                                          : point.T > best->T);
+    };
+    for (QualityLine::Point& met : line.follow(given, value)) {
+        std::optional<QualityLine::Point> point = judge.stablePoint(std::move(met));
+        if (point && isWanted(*point, wanted) && isBetter(*point)) {
+            best = std::move(point);
+        }
+    }
+    return best;
 }
 
 Equilibrium pureSaturation(const ActiveMixture& mixture, Variable given, double value, double beta,

@@ -11,12 +11,6 @@
 namespace peng_robinson::eos {
 namespace {
 
-// Well below its pseudo-critical temperature and far denser than critical. Near a critical point both phases
-// of a true vapour-liquid equilibrium are dense, but neither is this dense and this cold.
-bool isClearlyLiquid(const PhaseState& phase, double RT) {
-    return phase.a > 1.1 * pengRobinsonCriticalAttraction * phase.b * RT && phase.v < 2.5 * phase.b;
-}
-
 bool isLiquid(const Isotherm& isotherm, const PhaseState& phase, std::span<const double> x) {
     const std::vector<double> roots = isotherm.compressibilityFactors(phase.P, x);
     return roots.size() > 1 ? phase.Z < 0.5 * (roots.front() + roots.back())

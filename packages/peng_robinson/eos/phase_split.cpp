@@ -98,6 +98,10 @@ std::vector<double> substitution(const Iterate& at) {
 
 } // namespace
 
+bool isClearlyLiquid(const PhaseState& phase, double RT) {
+    return phase.a > 1.1 * pengRobinsonCriticalAttraction * phase.b * RT && phase.v < 2.5 * phase.b;
+}
+
 std::optional<PhaseSplit> splitPhases(const Isotherm& isotherm, double P, std::span<const double> z,
                                       std::vector<double> lnK) {
     constexpr int firstSubstitutions = 5;

@@ -20,4 +20,8 @@ struct PhaseSplit {
 std::optional<PhaseSplit> splitPhases(const Isotherm& isotherm, double P, std::span<const double> z,
                                       std::vector<double> lnK);
 
+/// Well below its pseudo-critical temperature and far denser than critical. Near a critical point both phases
+/// of a true vapour-liquid equilibrium are dense, but neither is this dense and this cold.
+bool isClearlyLiquid(const PhaseState& phase, double RT);
+
 } // namespace peng_robinson::eos

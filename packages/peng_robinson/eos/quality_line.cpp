@@ -9,30 +9,17 @@
 #include <numeric>
 
 namespace peng_robinson::eos {
-namespace {
-
-double largestModulus(std::span<const double> values) {
-    double largest = 0.0;
-    for (const double value : values) {
-        largest = std::max(largest, std::abs(value));
-    }
-    return largest;
-}
-
-} // namespace
-
-// Residuals (n fugacity equations, then the material balance) and their derivatives with respect to n ln K,
-// ln T, ln P and beta.
-struct QualityLine::System {
-    std::vector<double> x, y, residual, jacobian;
-    double volumeRatio = 1.0;
-    std::size_t columns = 0;
-
-    double derivative(std::size_t row, std::size_t column) const { return jacobian[row * columns + column]; }
-};
 
 QualityLine::QualityLine(const PengRobinson& model, std::span<const double> z, double beta)
     : model_{model}, z_{z}, beta_{beta} {}
+
+double QualityLine::spread(const Unknowns& at) const {
+    double largest = 0.0;
+    for (std::size_t i = 0; i < z_.size(); ++i) {
+        largest = std::max(largest, std::abs(at[i]));
+    }
+    return largest;
+}
 
 QualityLine::System QualityLine::assemble(const Unknowns& at) const {
     const std::size_t n = z_.size();
@@ -86,11 +73,14 @@ std::optional<QualityLine::Unknowns> QualityLine::solve(Unknowns at, std::size_t
     std::optional<Unknowns> best;
     double bestError = 1e-10;
     for (int iteration = 0; iteration < maximum; ++iteration) {
-        if (!(std::abs(at[n]) < 20.0) || !(std::abs(at[n + 1]) < 200.0) || largestModulus(at) > 600.0) {
+        if (!(std::abs(at[n]) < 20.0) || !(std::abs(at[n + 1]) < 200.0) || spread(at) > 600.0) {
             break;
         }
         const System system = assemble(at);
-        const double error = largestModulus(system.residual);
+        double error = 0.0;
+        for (const double residual : system.residual) {
+            error = std::max(error, std::abs(residual));
+        }
         if (error < bestError) {
             best = at;
             bestError = error;
@@ -123,7 +113,7 @@ std::optional<QualityLine::Unknowns> QualityLine::solve(Unknowns at, std::size_t
             at[column < fixed ? column : column + 1] += scale * step[column];
         }
     }
-    if (best && largestModulus(std::span{*best}.first(n)) < 1e-5 &&
+    if (best && spread(*best) < 1e-5 &&
         std::abs(assemble(*best).volumeRatio - 1.0) < 1e-4) {
         return std::nullopt;
     }
@@ -191,22 +181,6 @@ std::optional<QualityLine::Point> QualityLine::solveFrom(std::span<const double>
     return found ? std::optional{pointAt(*found, given)} : std::nullopt;
 }
 
-QualityLine::Unknowns QualityLine::tangent(const System& system, std::size_t fixed) const {
-    const std::size_t n = z_.size();
-    std::vector<double> matrix((n + 1) * (n + 1)), right(n + 1);
-    for (std::size_t row = 0; row <= n; ++row) {
-        right[row] = -system.derivative(row, fixed);
-        for (std::size_t column = 0; column <= n; ++column) {
-            matrix[row * (n + 1) + column] = system.derivative(row, column < fixed ? column : column + 1);
-        }
-    }
-    Unknowns result = solveLinear(std::move(matrix), std::move(right));
-    if (!result.empty()) {
-        result.insert(result.begin() + static_cast<std::ptrdiff_t>(fixed), 1.0);
-    }
-    return result;
-}
-
 QualityLine::Point QualityLine::pointAt(const Unknowns& at, Variable given) const {
     const std::size_t n = z_.size();
     System system = assemble(at);
@@ -228,91 +202,6 @@ QualityLine::Point QualityLine::pointAt(const Unknowns& at, Variable given) cons
             std::move(system.x),
             std::move(system.y),
             moreVapor == (given == Variable::pressure)};
-}
-
-std::vector<QualityLine::Point> QualityLine::follow(Variable given, double value) const {
-    const std::size_t n = z_.size();
-    const std::size_t target = indexOf(given);
-    const double wanted = std::log(value);
-    std::optional<Unknowns> at;
-    for (const double pressure : {1e4, 1e3, 1e5, 1e2, 1e6}) {
-        if (const std::optional<Point> start = estimateAndSolve(Variable::pressure, pressure)) {
-            at = start->lnK;
-            at->push_back(std::log(start->T));
-            at->push_back(std::log(start->P));
-            break;
-        }
-    }
-    std::vector<Point> found;
-    if (!at) {
-        return found;
-    }
-    double direction = 1.0,
-           length = 1.0; // along the unknown that changes fastest; length of the step, 1 = largest
-    std::size_t fixed = n + 1;
-    for (int step = 0; step < 2000; ++step) {
-        const System system = assemble(*at);
-        Unknowns slope = tangent(system, fixed);
-        if (slope.empty()) {
-            break;
-        }
-        // Pressure and temperature are scaled so that a step changes none of the unknowns by more than its
-        // share.
-        const auto share = [&](std::size_t i) { return i < n ? 0.4 : i == n ? 0.05 : 0.4; };
-        std::size_t fastest = fixed;
-        for (std::size_t i = 0; i < slope.size(); ++i) {
-            if (std::abs(slope[i]) / share(i) > std::abs(slope[fastest]) / share(fastest)) {
-                fastest = i;
-            }
-        }
-        direction *= slope[fastest] < 0.0 ? -1.0 : 1.0;
-        const double factor = 1.0 / slope[fastest];
-        for (double& value_i : slope) {
-            value_i *= factor;
-        }
-        fixed = fastest;
-        // Near the critical point all ln K go to zero together; smaller steps keep from jumping over it.
-        const double spread = largestModulus(std::span{*at}.first(n));
-        double distance = share(fixed) * length;
-        for (std::size_t i = 0; i < n; ++i) {
-            if (std::abs(slope[i]) > 0.0) {
-                distance = std::min(distance, std::max(0.3 * spread, 1e-3) / std::abs(slope[i]));
-            }
-        }
-        Unknowns guess = *at;
-        for (std::size_t i = 0; i < guess.size(); ++i) {
-            guess[i] += direction * distance * slope[i];
-        }
-        std::optional<Unknowns> next = solve(std::move(guess), fixed, 12);
-        const bool jumped =
-            next && std::inner_product(next->begin(), next->begin() + static_cast<std::ptrdiff_t>(n),
-                                       at->begin(), 0.0) <= 0.0;
-        if (!next || jumped) {
-            length *= 0.5;
-            if (length < 1e-3) {
-                break;
-            }
-            continue;
-        }
-        length = std::min(1.0, 1.5 * length);
-        if (((*at)[target] - wanted) * ((*next)[target] - wanted) <= 0.0 &&
-            (*at)[target] != (*next)[target]) {
-            Unknowns between = *at;
-            const double part = (wanted - (*at)[target]) / ((*next)[target] - (*at)[target]);
-            for (std::size_t i = 0; i < between.size(); ++i) {
-                between[i] += part * ((*next)[i] - (*at)[i]);
-            }
-            between[target] = wanted;
-            if (const std::optional<Unknowns> exact = solve(std::move(between), target, 30)) {
-                found.push_back(pointAt(*exact, given));
-            }
-        }
-        at = std::move(next);
-        if (largestModulus(std::span{*at}.first(n)) < 5e-3 || (*at)[n + 1] > 25.0 || (*at)[n + 1] < 0.0) {
-            break;
-        }
-    }
-    return found;
 }
 
 } // namespace peng_robinson::eos

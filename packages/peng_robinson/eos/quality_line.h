@@ -38,9 +38,20 @@ class QualityLine {
     std::vector<Point> follow(Variable given, double value) const;
 
   private:
-    struct System;
-
     using Unknowns = std::vector<double>; // ln K of every compound, ln T, ln P
+
+    // Residuals (n fugacity equations, then the material balance) and their derivatives with respect to n
+    // ln K, ln T, ln P and beta.
+    struct System {
+        std::vector<double> x, y, residual, jacobian;
+        double volumeRatio = 1.0;
+        std::size_t columns = 0;
+
+        double derivative(std::size_t row, std::size_t column) const {
+            return jacobian[row * columns + column];
+        }
+    };
+    class Step;
 
     System assemble(const Unknowns& at) const;
     /// Newton's method with unknown number `fixed` held; empty when it does not converge or ends at equal
@@ -48,7 +59,15 @@ class QualityLine {
     std::optional<Unknowns> solve(Unknowns start, std::size_t fixed, int maximum) const;
     Unknowns estimate(Variable given, double value) const;
     /// Derivatives of all unknowns with respect to unknown number `fixed` along the line.
-    Unknowns tangent(const System& system, std::size_t fixed) const;
+    Unknowns tangent(const Unknowns& at, std::size_t fixed) const;
+    std::optional<Unknowns> start() const;
+    void collect(const Step& step, Variable given, double wanted, std::vector<Point>& found) const;
+    void collectBeforeCriticalPoint(const Unknowns& at, const Unknowns& direction, Variable given,
+                                    double wanted, std::vector<Point>& found) const;
+    void add(Unknowns guess, const Unknowns& near, Variable given, double wanted,
+             std::vector<Point>& found) const;
+    /// Largest modulus of ln K: how far the phases are from being one.
+    double spread(const Unknowns& at) const;
     Point pointAt(const Unknowns& at, Variable given) const;
 
     std::size_t indexOf(Variable given) const { return z_.size() + (given == Variable::pressure ? 1 : 0); }
