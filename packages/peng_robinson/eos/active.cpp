@@ -10,19 +10,7 @@
 namespace peng_robinson::eos {
 namespace {
 
-std::vector<std::size_t> indicesOfAmounts(std::span<const double> x) {
-    std::vector<std::size_t> indices;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-        if (x[i] > 0.0) {
-            indices.push_back(i);
-        }
-    }
-    return indices;
-}
-
-} // namespace
-
-std::vector<double> normalisedComposition(std::span<const double> amounts, std::size_t expectedSize) {
+void setNormalised(std::span<const double> amounts, std::size_t expectedSize, std::vector<double>& x) {
     if (amounts.size() != expectedSize) {
         throw InvalidInput{"The composition has " + std::to_string(amounts.size()) +
                            " values, but the mixture has " + std::to_string(expectedSize) + " compounds"};
@@ -38,30 +26,68 @@ std::vector<double> normalisedComposition(std::span<const double> amounts, std::
     if (!(sum > 0.0) || !std::isfinite(sum)) {
         throw InvalidInput{"The composition is empty; at least one compound needs a positive amount"};
     }
-    std::vector<double> x(amounts.begin(), amounts.end());
+    x.assign(amounts.begin(), amounts.end());
     for (double& value : x) {
         value /= sum;
     }
+}
+
+} // namespace
+
+std::vector<double> normalisedComposition(std::span<const double> amounts, std::size_t expectedSize) {
+    std::vector<double> x;
+    setNormalised(amounts, expectedSize, x);
     return x;
 }
 
-ActiveMixture::ActiveMixture(const PengRobinson& full, std::span<const double> amounts)
-    : fullSize_{full.size()}, z_{normalisedComposition(amounts, full.size())}, indices_{indicesOfAmounts(z_)},
-      model_{full.subset(indices_)} {
-    std::erase_if(z_, [](double value) { return !(value > 0.0); });
+void ActiveMixture::assign(std::span<const double> amounts) {
+    setNormalised(amounts, full_->size(), all_);
+    z_.clear();
+    found_.clear();
+    for (std::size_t i = 0; i < all_.size(); ++i) {
+        if (all_[i] > 0.0) {
+            z_.push_back(all_[i]);
+            found_.push_back(i);
+        }
+    }
+    if (found_ != indices_) {
+        model_ = full_->subset(found_);
+        indices_ = found_;
+    }
 }
 
-std::vector<double> ActiveMixture::expand(std::span<const double> active) const {
-    std::vector<double> full(fullSize_, 0.0);
-    for (std::size_t i = 0; i < active.size(); ++i) {
-        full[indices_[i]] = active[i];
+void ActiveMixture::setPhase(double fraction, std::span<const double> active,
+                             std::optional<PhaseAmount>& phase) const {
+    if (!phase) {
+        phase.emplace();
     }
-    return full;
+    phase->fraction = fraction;
+    phase->x.assign(full_->size(), 0.0);
+    for (std::size_t i = 0; i < active.size(); ++i) {
+        phase->x[indices_[i]] = active[i];
+    }
+}
+
+void ActiveMixture::setTwoPhases(double T, double P, double beta, std::span<const double> x,
+                                 std::span<const double> y, Equilibrium& result) const {
+    result.T = T;
+    result.P = P;
+    setPhase(beta, y, result.vapor);
+    setPhase(1.0 - beta, x, result.liquid);
 }
 
 Equilibrium ActiveMixture::twoPhases(double T, double P, double beta, std::span<const double> x,
                                      std::span<const double> y) const {
-    return {T, P, PhaseAmount{beta, expand(y)}, PhaseAmount{1.0 - beta, expand(x)}};
+    Equilibrium result;
+    setTwoPhases(T, P, beta, x, y, result);
+    return result;
+}
+
+void ActiveMixture::setOnePhase(double T, double P, bool isLiquid, Equilibrium& result) const {
+    result.T = T;
+    result.P = P;
+    setPhase(1.0, z_, isLiquid ? result.liquid : result.vapor);
+    (isLiquid ? result.vapor : result.liquid).reset();
 }
 
 } // namespace peng_robinson::eos

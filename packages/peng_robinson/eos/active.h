@@ -12,23 +12,35 @@ namespace peng_robinson::eos {
 
 class ActiveMixture {
   public:
-    /// Throws InvalidInput as normalisedComposition().
-    ActiveMixture(const PengRobinson& full, std::span<const double> amounts);
+    /// No mixture yet. The model outlives it.
+    explicit ActiveMixture(const PengRobinson& full) : full_{&full}, model_{full} {}
+    ActiveMixture(const PengRobinson& full, std::span<const double> amounts) : ActiveMixture{full} {
+        assign(amounts);
+    }
+
+    /// Another mixture of the model, which takes no memory when it has the same compounds. Throws
+    /// InvalidInput as normalisedComposition().
+    void assign(std::span<const double> amounts);
 
     const PengRobinson& model() const noexcept { return model_; }
     const std::vector<double>& z() const noexcept { return z_; }
     bool isPure() const noexcept { return z_.size() == 1; }
 
-    /// A composition of the active compounds as one of all compounds.
-    std::vector<double> expand(std::span<const double> active) const;
     /// Two phases at T and P, `beta` being vapour.
+    void setTwoPhases(double T, double P, double beta, std::span<const double> x, std::span<const double> y,
+                      Equilibrium& result) const;
     Equilibrium twoPhases(double T, double P, double beta, std::span<const double> x,
                           std::span<const double> y) const;
+    /// All of it as one phase.
+    void setOnePhase(double T, double P, bool isLiquid, Equilibrium& result) const;
 
   private:
-    std::size_t fullSize_;
-    std::vector<double> z_;
-    std::vector<std::size_t> indices_;
+    /// A composition of the active compounds as one of all compounds.
+    void setPhase(double fraction, std::span<const double> active, std::optional<PhaseAmount>& phase) const;
+
+    const PengRobinson* full_;
+    std::vector<double> all_, z_;
+    std::vector<std::size_t> indices_, found_;
     PengRobinson model_;
 };
 

@@ -1,11 +1,11 @@
 #include "packages/peng_robinson/eos/peng_robinson.h"
 
-#include "packages/peng_robinson/eos/cubic.h"
 #include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/phase_equations.h"
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 namespace peng_robinson::eos {
 namespace {
@@ -20,10 +20,10 @@ double requirePositive(const char* message, double value) {
 }
 
 // Those for which the volume exceeds the co-volume, in increasing order.
-CubicRoots physicalRoots(double P, double RT, const Mixture<double>& mixture) {
+CubicRoots physicalRoots(double P, double RT, const PhaseState& mixed) {
     requirePositive("The pressure must be a positive number of pascal", P);
-    const auto [c2, c1, c0] = cubicCoefficients(mixture, P, RT);
-    const double B = mixture.b * P / RT;
+    const auto [c2, c1, c0] = cubicCoefficients(mixed, P, RT);
+    const double B = mixed.b * P / RT;
     CubicRoots physical;
     for (const double Z : realRoots(c2, c1, c0)) {
         if (Z > B) {
@@ -31,6 +31,15 @@ CubicRoots physicalRoots(double P, double RT, const Mixture<double>& mixture) {
         }
     }
     return physical;
+}
+
+// Gibbs energy over RT that one volume of a phase has more than another.
+double gibbsDifference(double Z1, double Z2, double A, double B) {
+    constexpr double root2 = std::numbers::sqrt2;
+    const auto attraction = [&](double Z) {
+        return std::log1p(2.0 * root2 * B / (Z + (1.0 - root2) * B)) / (2.0 * root2);
+    };
+    return Z1 - Z2 - std::log((Z1 - B) / (Z2 - B)) - A / B * (attraction(Z1) - attraction(Z2));
 }
 
 } // namespace
@@ -78,41 +87,47 @@ PengRobinson PengRobinson::subset(std::span<const std::size_t> indices) const {
 
 Isotherm PengRobinson::at(double T) const { return Isotherm{*this, T}; }
 
-Isotherm::Isotherm(const PengRobinson& model, double T)
-    : model_{&model}, attractions_{attractionsAt(
-                          model, requirePositive("The temperature must be a positive number of kelvin", T))} {
+void Isotherm::assign(const PengRobinson& model, double T) {
+    model_ = &model;
+    setAttractions(model, requirePositive("The temperature must be a positive number of kelvin", T),
+                   attractions_);
 }
 
-std::vector<double> Isotherm::compressibilityFactors(double P, std::span<const double> x) const {
-    const CubicRoots found = physicalRoots(P, RT(), mixtureOf(*model_, attractions_, x, {}));
-    return {found.begin(), found.end()};
+CubicRoots Isotherm::compressibilityFactors(double P, std::span<const double> x) const {
+    PhaseState mixed;
+    mix(*model_, attractions_, x, {}, mixed);
+    return physicalRoots(P, RT(), mixed);
 }
 
-PhaseState Isotherm::phase(double P, std::span<const double> x, Root root, Detail detail) const {
+CubicRoots Isotherm::compressibilityFactors(const PhaseState& phase) const {
+    return physicalRoots(phase.P, RT(), phase);
+}
+
+void Isotherm::phase(double P, std::span<const double> x, Root root, Detail detail, PhaseState& state) const {
     if (x.size() != model_->size()) {
         throw InvalidInput{"The composition must have one value for every compound"};
     }
-    const Mixture<double> mixture = mixtureOf(*model_, attractions_, x, detail);
-    const CubicRoots found = physicalRoots(P, RT(), mixture);
+    mix(*model_, attractions_, x, detail, state);
+    const CubicRoots found = physicalRoots(P, RT(), state);
     if (found.count == 0) {
         throw NoConvergence{
             "The Peng-Robinson equation has no volume at these conditions; check the temperature, the "
             "pressure and the composition"};
     }
-    const auto evaluate = [&](double Z) {
-        return evaluatePhase(*model_, attractions_, P, Z, Z * RT() / P, x, mixture, detail);
-    };
-    const double smallest = found.value[0];
-    const double largest = found.value[found.count - 1];
-    if (root == Root::stable && found.count > 1) {
-        PhaseState liquid = evaluate(smallest);
-        PhaseState vapor = evaluate(largest);
-        if (liquid.residualGibbs < vapor.residualGibbs) {
-            return liquid;
-        }
-        return vapor;
-    }
-    return evaluate(root == Root::liquid ? smallest : largest);
+    const double smallest = found.value[0], largest = found.value[found.count - 1];
+    const double PoverRT = P / RT();
+    const bool isLiquid =
+        root == Root::liquid ||
+        (root == Root::stable && found.count > 1 &&
+         gibbsDifference(smallest, largest, state.a * PoverRT / RT(), state.b * PoverRT) < 0.0);
+    const double Z = isLiquid ? smallest : largest;
+    evaluatePhase(*model_, attractions_, P, Z, Z * RT() / P, x, detail, state);
+}
+
+PhaseState Isotherm::phase(double P, std::span<const double> x, Root root, Detail detail) const {
+    PhaseState state;
+    phase(P, x, root, detail, state);
+    return state;
 }
 
 } // namespace peng_robinson::eos

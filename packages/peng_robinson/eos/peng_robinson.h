@@ -6,10 +6,11 @@
 //   a_i = OmegaA R^2 Tc^2 / Pc [1 + m (1 - sqrt(T/Tc))]^2,  m = 0.37464 + 1.54226 w - 0.26992 w^2
 //
 // PengRobinson holds the parameters of a mixture; Isotherm is the same at one temperature and answers
-// questions about phases. Both are values, immutable after construction. SI units, one mole of phase.
+// questions about phases. Both are values. SI units, one mole of phase.
 #pragma once
 
 #include "packages/peng_robinson/eos/constants.h"
+#include "packages/peng_robinson/eos/cubic.h"
 #include "packages/peng_robinson/eos/interaction.h"
 #include "packages/peng_robinson/eos/phase_state.h"
 
@@ -61,32 +62,41 @@ class PengRobinson {
     std::vector<double> b_, sqrtA_, m_;
 };
 
-/// sqrt(a_i) of the components at a temperature, with its derivatives.
+/// sqrt(a_i) of the components at a temperature, with its derivatives, and sqrt(a_i a_j) (1 - k_ij) of all
+/// pairs, row by row.
 template <typename Number>
 struct Attractions {
     Number T = 0.0;
-    std::vector<Number> q, dq_dT, d2q_dT2;
+    std::vector<Number> q, dq_dT, d2q_dT2, pairs;
 };
 
 class Isotherm {
   public:
+    /// Becomes the isotherm of the model at T. An isotherm of a mixture of the same size needs no memory for
+    /// that. Throws as PengRobinson::at().
+    void assign(const PengRobinson& model, double T);
+
     double T() const noexcept { return attractions_.T; }
     double RT() const noexcept { return model_->R() * T(); }
     const PengRobinson& model() const noexcept { return *model_; }
 
     /// All compressibility factors for which the volume exceeds the co-volume, in increasing order.
-    std::vector<double> compressibilityFactors(double P, std::span<const double> x) const;
+    CubicRoots compressibilityFactors(double P, std::span<const double> x) const;
+    /// Those at the pressure and composition of a phase.
+    CubicRoots compressibilityFactors(const PhaseState& phase) const;
 
     /// `x` are mole fractions that sum to one. Throws OutOfRange for a pressure that is not positive and
     /// finite.
     PhaseState phase(double P, std::span<const double> x, Root root, Detail detail = {}) const;
+    /// The same, into a state whose memory is used again. What `detail` does not ask for is left as it is.
+    void phase(double P, std::span<const double> x, Root root, Detail detail, PhaseState& state) const;
 
   private:
     friend class PengRobinson;
 
-    Isotherm(const PengRobinson& model, double T);
+    Isotherm(const PengRobinson& model, double T) { assign(model, T); }
 
-    const PengRobinson* model_; // the model outlives its isotherms
+    const PengRobinson* model_ = nullptr; // the model outlives its isotherms
     Attractions<double> attractions_;
 };
 

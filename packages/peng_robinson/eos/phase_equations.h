@@ -13,14 +13,14 @@
 namespace peng_robinson::eos {
 
 template <typename Number>
-Attractions<Number> attractionsAt(const PengRobinson& model, const Number& T) {
+void setAttractions(const PengRobinson& model, const Number& T, Attractions<Number>& at) {
     using std::sqrt;
     const std::size_t n = model.size();
-    Attractions<Number> at;
     at.T = T;
     at.q.assign(n, 0.0);
     at.dq_dT.assign(n, 0.0);
     at.d2q_dT2.assign(n, 0.0);
+    at.pairs.assign(n * n, 0.0);
     for (std::size_t i = 0; i < n; ++i) {
         const Number root = sqrt(T / model.component(i).Tc);
         const Number slope = model.sqrtA(i) * model.m(i) * root;
@@ -31,26 +31,40 @@ Attractions<Number> attractionsAt(const PengRobinson& model, const Number& T) {
         at.q[i] = sign * value;
         at.dq_dT[i] = -sign * slope / (2.0 * T);
         at.d2q_dT2[i] = sign * slope / (4.0 * T * T);
+        for (std::size_t j = 0; j <= i; ++j) {
+            const Number pair = at.q[i] * at.q[j] * (1.0 - model.k(i, j));
+            at.pairs[i * n + j] = pair;
+            at.pairs[j * n + i] = pair;
+        }
     }
-    return at;
 }
 
-/// One mole of mixture; aI and bI are derivatives of n^2 a and n b with respect to n_i.
+/// Sets what the mixing rules give of the state of a phase: a, b and their derivatives.
 template <typename Number>
-struct Mixture {
-    Number a = 0.0, b = 0.0, da_dT = 0.0, d2a_dT2 = 0.0;
-    std::vector<Number> aI, daI_dT;
-};
-
-template <typename Number>
-Mixture<Number> mixtureOf(const PengRobinson& model, const Attractions<Number>& at, std::span<const Number> x,
-                          Detail detail) {
+void mix(const PengRobinson& model, const Attractions<Number>& at, std::span<const Number> x, Detail detail,
+         BasicPhaseState<Number>& state) {
     const std::size_t n = model.size();
-    Mixture<Number> mixture;
-    mixture.aI.assign(n, 0.0);
-    if (detail.thermal) {
-        mixture.daI_dT.assign(n, 0.0);
+    state.aI.assign(n, 0.0);
+    Number* const aI = state.aI.data();
+    for (std::size_t j = 0; j < n; ++j) {
+        const Number* const row = &at.pairs[j * n];
+        const Number twice = 2.0 * x[j];
+        for (std::size_t i = 0; i < n; ++i) {
+            aI[i] += twice * row[i];
+        }
     }
+    Number twiceA = 0.0, b = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+        twiceA += x[i] * aI[i];
+        b += x[i] * model.b(i);
+    }
+    state.a = 0.5 * twiceA;
+    state.b = b;
+    if (!detail.thermal) {
+        return;
+    }
+    state.daI_dT.assign(n, 0.0);
+    state.da_dT = state.d2a_dT2 = 0.0;
     for (std::size_t i = 0; i < n; ++i) {
         Number sum = 0.0, slopes = 0.0;
         for (std::size_t j = 0; j < n; ++j) {
@@ -58,38 +72,34 @@ Mixture<Number> mixtureOf(const PengRobinson& model, const Attractions<Number>& 
             sum += weight * at.q[j];
             slopes += weight * at.dq_dT[j];
         }
-        mixture.aI[i] = 2.0 * at.q[i] * sum;
-        mixture.a += x[i] * at.q[i] * sum;
-        mixture.b += x[i] * model.b(i);
-        if (detail.thermal) {
-            mixture.daI_dT[i] = 2.0 * (at.dq_dT[i] * sum + at.q[i] * slopes);
-            mixture.da_dT += 2.0 * x[i] * at.dq_dT[i] * sum;
-            mixture.d2a_dT2 += 2.0 * x[i] * (at.d2q_dT2[i] * sum + at.dq_dT[i] * slopes);
-        }
+        state.daI_dT[i] = 2.0 * (at.dq_dT[i] * sum + at.q[i] * slopes);
+        state.da_dT += 2.0 * x[i] * at.dq_dT[i] * sum;
+        state.d2a_dT2 += 2.0 * x[i] * (at.d2q_dT2[i] * sum + at.dq_dT[i] * slopes);
     }
-    return mixture;
 }
 
-/// Coefficients c2, c1, c0 of Z^3 + c2 Z^2 + c1 Z + c0 = 0.
+/// Coefficients c2, c1, c0 of Z^3 + c2 Z^2 + c1 Z + c0 = 0 for a phase that is mixed.
 template <typename Number>
-std::array<Number, 3> cubicCoefficients(const Mixture<Number>& mixture, const Number& P, const Number& RT) {
-    const Number A = mixture.a * P / (RT * RT);
-    const Number B = mixture.b * P / RT;
+std::array<Number, 3> cubicCoefficients(const BasicPhaseState<Number>& mixed, const Number& P,
+                                        const Number& RT) {
+    const Number A = mixed.a * P / (RT * RT);
+    const Number B = mixed.b * P / RT;
     return {B - 1.0, A - B * (2.0 + 3.0 * B), -B * (A - B * (1.0 + B))};
 }
 
+/// The rest of the state of a phase that is mixed.
 // Derivatives of the reduced residual Helmholtz energy F(T, V, n), after Michelsen, Mollerup, Thermodynamic
 // Models: Fundamentals and Computational Aspects, 2nd ed. (2007), chapter 3. Their D is n^2 a here, at n = 1.
 template <typename Number>
-BasicPhaseState<Number>
-evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, const Number& P, const Number& Z,
-              const Number& v, std::span<const Number> x, const Mixture<Number>& mixture, Detail detail) {
+void evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, const Number& P, const Number& Z,
+                   const Number& v, std::span<const Number> x, Detail detail,
+                   BasicPhaseState<Number>& state) {
     using std::log, std::log1p;
     constexpr double root2 = std::numbers::sqrt2;
     const std::size_t n = model.size();
     const double R = model.R();
     const Number T = at.T;
-    const Number a = mixture.a, b = mixture.b;
+    const Number a = state.a, b = state.b;
     const Number v1 = v + (1.0 + root2) * b, v2 = v + (1.0 - root2) * b;
 
     const Number g = log1p(-b / v);
@@ -110,37 +120,32 @@ evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, const Nu
     const Number F_av = -f_v / T;
     const Number F_ab = -f_b / T;
 
-    BasicPhaseState<Number> state;
     state.T = T;
     state.P = P;
     state.Z = Z;
     state.v = v;
-    state.a = a;
-    state.b = b;
     state.dP_dv = -R * T * (F_vv + 1.0 / (v * v));
     const Number lnZ = log(Z);
     state.lnPhi.assign(n, 0.0);
     state.dlnPhi_dP.assign(n, 0.0);
-    std::vector<Number> dP_dn(n);
+    state.dP_dn.assign(n, 0.0);
     Number gibbs = 0.0;
     for (std::size_t i = 0; i < n; ++i) {
         const double bI = model.b(i);
-        state.lnPhi[i] = -g + F_b * bI + F_a * mixture.aI[i] - lnZ;
-        dP_dn[i] = -R * T * (-g_v + F_bv * bI + F_av * mixture.aI[i]) + R * T / v;
-        state.dlnPhi_dP[i] = -dP_dn[i] / state.dP_dv / (R * T) - 1.0 / P;
+        state.lnPhi[i] = -g + F_b * bI + F_a * state.aI[i] - lnZ;
+        state.dP_dn[i] = -R * T * (-g_v + F_bv * bI + F_av * state.aI[i]) + R * T / v;
+        state.dlnPhi_dP[i] = -state.dP_dn[i] / state.dP_dv / (R * T) - 1.0 / P;
         gibbs += x[i] * state.lnPhi[i];
     }
     state.residualGibbs = R * T * gibbs;
 
     if (detail.thermal) {
-        const Number da = mixture.da_dT, d2a = mixture.d2a_dT2;
+        const Number da = state.da_dT, d2a = state.d2a_dT2;
         const Number F_T = a * f / (T * T) + F_a * da;
         const Number F_TT = -2.0 * a * f / (T * T * T) + 2.0 * f / (T * T) * da + F_a * d2a;
         const Number F_Tv = a / (T * T) * f_v + F_av * da;
         const Number F_Tb = a / (T * T) * f_b + F_ab * da;
         const Number F_Ta = f / (T * T);
-        state.da_dT = da;
-        state.d2a_dT2 = d2a;
         state.dP_dT = -R * T * F_Tv + P / T;
         state.residualEnthalpy = R * T * (Z - 1.0 - T * F_T);
         state.residualEntropy = (state.residualEnthalpy - state.residualGibbs) / T;
@@ -148,8 +153,8 @@ evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, const Nu
         state.residualCp = state.residualCv - T * state.dP_dT * state.dP_dT / state.dP_dv - R;
         state.dlnPhi_dT.assign(n, 0.0);
         for (std::size_t i = 0; i < n; ++i) {
-            const Number F_iT = F_Tb * model.b(i) + F_Ta * mixture.aI[i] + F_a * mixture.daI_dT[i];
-            const Number partialVolume = -dP_dn[i] / state.dP_dv;
+            const Number F_iT = F_Tb * model.b(i) + F_Ta * state.aI[i] + F_a * state.daI_dT[i];
+            const Number partialVolume = -state.dP_dn[i] / state.dP_dv;
             state.dlnPhi_dT[i] = F_iT + 1.0 / T - partialVolume / (R * T) * state.dP_dT;
         }
     }
@@ -158,16 +163,15 @@ evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, const Nu
         for (std::size_t i = 0; i < n; ++i) {
             for (std::size_t j = 0; j <= i; ++j) {
                 const double bI = model.b(i), bJ = model.b(j);
-                const Number aIJ = 2.0 * at.q[i] * at.q[j] * (1.0 - model.k(i, j));
-                const Number F_ij = -g_b * (bI + bJ) + F_ab * (bI * mixture.aI[j] + bJ * mixture.aI[i]) +
+                const Number aIJ = 2.0 * at.pairs[i * n + j];
+                const Number F_ij = -g_b * (bI + bJ) + F_ab * (bI * state.aI[j] + bJ * state.aI[i]) +
                                     F_bb * bI * bJ + F_a * aIJ;
-                const Number value = F_ij + 1.0 + dP_dn[i] * dP_dn[j] / (R * T * state.dP_dv);
+                const Number value = F_ij + 1.0 + state.dP_dn[i] * state.dP_dn[j] / (R * T * state.dP_dv);
                 state.dlnPhi_dn[i * n + j] = value;
                 state.dlnPhi_dn[j * n + i] = value;
             }
         }
     }
-    return state;
 }
 
 } // namespace peng_robinson::eos

@@ -36,21 +36,23 @@ PhaseSlopes slopesOf(const PhaseProperties& at, Direction direction) {
         break;
     }
     constexpr Detail detail{.thermal = true};
-    const Attractions<Dual> attractions = attractionsAt(model, T);
-    const Mixture<Dual> mixture = mixtureOf<Dual>(model, attractions, x, detail);
+    Attractions<Dual> attractions;
+    setAttractions(model, T, attractions);
+    BasicPhaseState<Dual> phase;
+    mix<Dual>(model, attractions, x, detail, phase);
     const Dual RT = model.R() * T;
 
     // Volume and compressibility factor have equations of their own: that of the volume loses digits in a
     // dilute gas, that of the factor in a liquid at low pressure.
     const double v = state.v;
     const Dual pressure =
-        RT / (v - mixture.b) - mixture.a / (v * (v + 2.0 * mixture.b) - mixture.b * mixture.b);
+        RT / (v - phase.b) - phase.a / (v * (v + 2.0 * phase.b) - phase.b * phase.b);
     const Dual volume = rootAlong(v, pressure - P, state.dP_dv);
     const double z = state.Z;
-    const auto [c2, c1, c0] = cubicCoefficients(mixture, P, RT);
+    const auto [c2, c1, c0] = cubicCoefficients(phase, P, RT);
     const Dual Z = rootAlong(z, ((z + c2) * z + c1) * z + c0, (3.0 * z + 2.0 * c2.value) * z + c1.value);
 
-    auto phase = evaluatePhase<Dual>(model, attractions, P, Z, volume, x, mixture, detail);
+    evaluatePhase<Dual>(model, attractions, P, Z, volume, x, detail, phase);
     return totalProperties(*at.fluid, std::move(phase), std::move(x));
 }
 

@@ -26,6 +26,8 @@ struct BasicPhaseState {
     Number Z = 0.0; ///< P v / (R T)
     Number v = 0.0; ///< m3/mol
     Number a = 0.0, b = 0.0;
+    std::vector<Number> aI;    ///< derivatives of n^2 a by n_i, for one mole in all
+    std::vector<Number> dP_dn; ///< at constant temperature and volume, for one mole in all
     std::vector<Number> lnPhi;
     std::vector<Number> dlnPhi_dP; ///< 1/Pa at constant temperature
     Number residualGibbs = 0.0;    ///< J/mol
@@ -33,6 +35,7 @@ struct BasicPhaseState {
 
     // With Detail::thermal:
     Number da_dT = 0.0, d2a_dT2 = 0.0;
+    std::vector<Number> daI_dT;
     Number residualEnthalpy = 0.0, residualEntropy = 0.0; ///< J/mol, J/(mol K)
     Number residualCp = 0.0, residualCv = 0.0;            ///< J/(mol K)
     Number dP_dT = 0.0;                                   ///< at constant volume

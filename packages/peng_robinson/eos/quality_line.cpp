@@ -113,8 +113,9 @@ std::optional<QualityLine::Unknowns> QualityLine::solve(Unknowns at, std::size_t
             at[column < fixed ? column : column + 1] += scale * step[column];
         }
     }
-    if (best && spread(*best) < 1e-5 &&
-        std::abs(assemble(*best).volumeRatio - 1.0) < 1e-4) {
+    // So near the critical point one phase and two cannot be told apart: the equations hold within the
+    // third power of the difference.
+    if (best && spread(*best) < 1e-3 && std::abs(assemble(*best).volumeRatio - 1.0) < 0.02) {
         return std::nullopt;
     }
     return best;
@@ -131,10 +132,10 @@ QualityLine::Unknowns QualityLine::estimate(Variable given, double value) const 
     double high = unknown == n ? std::log(5000.0) : 60.0;
     for (int i = 0; i < 100; ++i) {
         at[unknown] = 0.5 * (low + high);
-        const std::vector<double> lnK = wilsonLnK(model_, std::exp(at[n]), std::exp(at[n + 1]));
+        const double T = std::exp(at[n]), P = std::exp(at[n + 1]);
         std::vector<double> K(n);
         for (std::size_t k = 0; k < n; ++k) {
-            at[k] = std::clamp(lnK[k], -500.0, 500.0);
+            at[k] = std::clamp(wilsonLnK(model_.component(k), T, P), -500.0, 500.0);
             K[k] = std::exp(at[k]);
         }
         const bool tooMuchVapor = rachfordRice(z_, K, beta_) > 0.0;

@@ -13,7 +13,8 @@ double rachfordRice(std::span<const double> z, std::span<const double> K, double
     return sum;
 }
 
-std::optional<double> solveRachfordRice(std::span<const double> z, std::span<const double> K) {
+std::optional<double> solveRachfordRice(std::span<const double> z, std::span<const double> K,
+                                        double guess) {
     const auto [smallest, largest] = std::ranges::minmax(K);
     if (!(smallest < 1.0) || !(largest > 1.0) || !std::isfinite(largest)) {
         return std::nullopt;
@@ -21,7 +22,7 @@ std::optional<double> solveRachfordRice(std::span<const double> z, std::span<con
     // The sum falls steadily from +infinity to -infinity between these two.
     double low = 1.0 / (1.0 - largest);
     double high = 1.0 / (1.0 - smallest);
-    double beta = 0.5;
+    double beta = guess > low && guess < high ? guess : 0.5;
     for (int i = 0; i < 200; ++i) {
         double value = 0.0, slope = 0.0;
         for (std::size_t k = 0; k < z.size(); ++k) {
@@ -39,14 +40,17 @@ std::optional<double> solveRachfordRice(std::span<const double> z, std::span<con
     return beta;
 }
 
-PhaseCompositions compositionsAt(std::span<const double> z, std::span<const double> K, double beta) {
-    PhaseCompositions result;
-    result.x.assign(z.size(), 0.0);
-    result.y.assign(z.size(), 0.0);
+void compositionsAt(std::span<const double> z, std::span<const double> K, double beta, std::span<double> x,
+                    std::span<double> y) {
     for (std::size_t i = 0; i < z.size(); ++i) {
-        result.x[i] = z[i] / (1.0 + beta * (K[i] - 1.0));
-        result.y[i] = K[i] * result.x[i];
+        x[i] = z[i] / (1.0 + beta * (K[i] - 1.0));
+        y[i] = K[i] * x[i];
     }
+}
+
+PhaseCompositions compositionsAt(std::span<const double> z, std::span<const double> K, double beta) {
+    PhaseCompositions result{std::vector<double>(z.size()), std::vector<double>(z.size())};
+    compositionsAt(z, K, beta, result.x, result.y);
     return result;
 }
 

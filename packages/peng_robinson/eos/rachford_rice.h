@@ -14,7 +14,9 @@ double rachfordRice(std::span<const double> z, std::span<const double> K, double
 /// The vapour fraction that makes it zero. It may lie outside 0 to 1 as long as all mole fractions of both
 /// phases stay positive (a "negative flash", Whitson, Michelsen, Fluid Phase Equilib. 53 (1989) 51); empty
 /// when all K lie on one side of 1, so that no such fraction exists.
-std::optional<double> solveRachfordRice(std::span<const double> z, std::span<const double> K);
+/// The search begins at `guess`.
+std::optional<double> solveRachfordRice(std::span<const double> z, std::span<const double> K,
+                                        double guess = 0.5);
 
 struct PhaseCompositions {
     std::vector<double> x, y;
@@ -22,5 +24,8 @@ struct PhaseCompositions {
 /// The compositions that satisfy the balance of each compound; their sums are one when beta solves
 /// rachfordRice().
 PhaseCompositions compositionsAt(std::span<const double> z, std::span<const double> K, double beta);
+/// The same, into x and y.
+void compositionsAt(std::span<const double> z, std::span<const double> K, double beta, std::span<double> x,
+                    std::span<double> y);
 
 } // namespace peng_robinson::eos

@@ -4,8 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
-#include <optional>
+#include <limits>
 
 namespace peng_robinson::eos {
 namespace {
@@ -14,154 +13,164 @@ namespace {
 constexpr double significantDistance = -1e-12;
 // A fraction that has underflowed to zero still needs a logarithm.
 constexpr double smallestFraction = 1e-290;
+// Searches that go on to the lowest place.
+constexpr double neverEnough = -std::numeric_limits<double>::infinity();
 
-class TangentPlane {
-  public:
-    TangentPlane(const Isotherm& isotherm, double P, std::span<const double> z, const PhaseState& feed)
-        : isotherm_{isotherm}, P_{P}, lnZ_(z.size()), plane_(z.size()) {
-        for (std::size_t i = 0; i < z.size(); ++i) {
-            lnZ_[i] = std::log(std::max(z[i], smallestFraction));
-            plane_[i] = lnZ_[i] + feed.lnPhi[i];
+} // namespace
+
+void TangentPlane::touch(const Isotherm& isotherm, double P, std::span<const double> z,
+                         const PhaseState& feed) {
+    isotherm_ = &isotherm;
+    P_ = P;
+    lnZ_.resize(z.size());
+    plane_.resize(z.size());
+    for (std::size_t i = 0; i < z.size(); ++i) {
+        lnZ_[i] = std::log(std::max(z[i], smallestFraction));
+        plane_[i] = lnZ_[i] + feed.lnPhi[i];
+    }
+    touched_[0] = z;
+    touchedCount_ = 1;
+}
+
+void TangentPlane::setStart(std::size_t start) {
+    const std::size_t n = lnZ_.size();
+    at_.lnW.resize(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        if (start < mixedSearches) {
+            const double lnK = wilsonLnK(isotherm_->model().component(i), isotherm_->T(), P_);
+            at_.lnW[i] = lnZ_[i] + (start == 0 ? lnK : -lnK);
+        } else {
+            at_.lnW[i] = i == start - mixedSearches ? std::log(0.999) : std::log(1e-3) + lnZ_[i];
         }
     }
+}
 
-    std::optional<TrialPhase> search(std::vector<double> lnW) const;
-
-  private:
-    struct Point {
-        std::vector<double> lnW, W, gradient, lnPhi, dlnPhi_dn;
-        double sum = 0.0, distance = 0.0, error = 0.0;
-    };
-    Point evaluate(std::vector<double> lnW, bool derivatives) const;
-    std::vector<double> newtonStep(const Point& at) const;
-    bool isTrivial(const Point& at) const;
-
-    const Isotherm& isotherm_;
-    double P_;
-    std::vector<double> lnZ_, plane_;
-};
-
-TangentPlane::Point TangentPlane::evaluate(std::vector<double> lnW, bool derivatives) const {
-    const std::size_t n = lnW.size();
-    Point point;
-    point.W.assign(n, 0.0);
-    std::ranges::transform(lnW, point.W.begin(),
-                           [](double value) { return std::exp(std::min(value, 300.0)); });
-    point.sum = std::accumulate(point.W.begin(), point.W.end(), 0.0);
-    std::vector<double> w(n);
-    std::ranges::transform(point.W, w.begin(), [&](double value) { return value / point.sum; });
-    PhaseState phase = isotherm_.phase(P_, w, Root::stable, {.moles = derivatives});
-    point.gradient.assign(n, 0.0);
+void TangentPlane::evaluate(Point& point, bool derivatives) {
+    const std::size_t n = point.lnW.size();
+    point.W.resize(n);
+    point.gradient.resize(n);
+    w_.resize(n);
+    point.sum = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+        point.W[i] = std::exp(std::min(point.lnW[i], 300.0));
+        point.sum += point.W[i];
+    }
+    const double share = 1.0 / point.sum;
+    for (std::size_t i = 0; i < n; ++i) {
+        w_[i] = point.W[i] * share;
+    }
+    isotherm_->phase(P_, w_, Root::stable, {.moles = derivatives}, point.phase);
+    point.hasDerivatives = derivatives;
     point.distance = 1.0;
+    double error = 0.0;
     for (std::size_t i = 0; i < n; ++i) {
-        point.gradient[i] = lnW[i] + phase.lnPhi[i] - plane_[i];
-        point.distance += point.W[i] * (point.gradient[i] - 1.0);
-        point.error = std::max(point.error, std::abs(point.gradient[i]) * std::sqrt(point.W[i]));
+        const double gradient = point.lnW[i] + point.phase.lnPhi[i] - plane_[i];
+        point.gradient[i] = gradient;
+        point.distance += point.W[i] * (gradient - 1.0);
+        error = std::max(error, gradient * gradient * point.W[i]);
     }
-    point.lnW = std::move(lnW);
-    point.lnPhi = std::move(phase.lnPhi);
-    point.dlnPhi_dn = std::move(phase.dlnPhi_dn);
-    return point;
+    point.error = std::sqrt(error);
 }
 
-// In the variables 2 sqrt(W) the Hessian is nearly the unit matrix for an ideal phase.
-std::vector<double> TangentPlane::newtonStep(const Point& at) const {
-    const std::size_t n = at.W.size();
-    std::vector<double> matrix(n * n), right(n);
+// In the variables 2 sqrt(W) the Hessian is nearly the unit matrix for an ideal phase. Only where it is
+// definite does the step lead to a lowest place.
+bool TangentPlane::setNewtonStep() {
+    const std::size_t n = at_.W.size();
+    roots_.resize(n);
+    step_.resize(n);
+    matrix_.resize(n * n);
     for (std::size_t i = 0; i < n; ++i) {
-        const double root = std::sqrt(at.W[i]);
-        right[i] = -root * at.gradient[i];
-        for (std::size_t j = 0; j < n; ++j) {
-            matrix[i * n + j] = root * std::sqrt(at.W[j]) * at.dlnPhi_dn[i * n + j] / at.sum;
-        }
-        matrix[i * n + i] += 1.0 + 0.5 * at.gradient[i];
+        roots_[i] = std::sqrt(at_.W[i]);
     }
-    std::vector<double> step = solveLinear(std::move(matrix), std::move(right));
-    std::vector<double> lnW = at.lnW;
-    for (std::size_t i = 0; i < step.size(); ++i) {
-        const double root = std::sqrt(at.W[i]) + 0.5 * step[i];
+    const double share = 1.0 / at_.sum;
+    for (std::size_t i = 0; i < n; ++i) {
+        step_[i] = -roots_[i] * at_.gradient[i];
+        for (std::size_t j = 0; j <= i; ++j) {
+            matrix_[i * n + j] = roots_[i] * roots_[j] * at_.phase.dlnPhi_dn[i * n + j] * share;
+        }
+        matrix_[i * n + i] += 1.0 + 0.5 * at_.gradient[i];
+    }
+    if (!solveDefinite(matrix_, step_)) {
+        return false;
+    }
+    next_.lnW.resize(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        const double root = roots_[i] + 0.5 * step_[i];
         if (!(root > 0.0)) {
-            return {};
+            return false;
         }
-        lnW[i] = 2.0 * std::log(root);
+        next_.lnW[i] = 2.0 * std::log(root);
     }
-    return step.empty() ? step : lnW;
+    return true;
 }
 
-bool TangentPlane::isTrivial(const Point& at) const {
+bool TangentPlane::isTrivial() const {
     double distance = 0.0;
-    for (std::size_t i = 0; i < at.lnW.size(); ++i) {
-        distance = std::max(distance, at.W[i] * std::abs(at.lnW[i] - lnZ_[i]));
+    for (std::size_t i = 0; i < at_.lnW.size(); ++i) {
+        distance = std::max(distance, at_.W[i] * std::abs(at_.lnW[i] - lnZ_[i]));
     }
     return distance < 1e-7;
 }
 
-std::optional<TrialPhase> TangentPlane::search(std::vector<double> start) const {
+// Above the plane and near a place where it touches, the distance goes with the square of the way to that
+// place (Michelsen, Fluid Phase Equilib. 9 (1982) 1).
+bool TangentPlane::nearsTouched() const {
+    if (!(at_.distance > 0.0) || at_.distance > 1e-3) {
+        return false;
+    }
+    return std::ranges::any_of(std::span{touched_}.first(touchedCount_), [this](std::span<const double> z) {
+        double slope = 0.0;
+        for (std::size_t i = 0; i < z.size(); ++i) {
+            slope += (at_.W[i] - z[i]) * at_.gradient[i];
+        }
+        return std::abs(2.0 * at_.distance / slope - 1.0) < 0.2;
+    });
+}
+
+bool TangentPlane::search(std::size_t start, double enough) {
     constexpr int substitutions = 6;
-    Point at = evaluate(std::move(start), false);
+    setStart(start);
+    evaluate(at_, false);
     for (int i = 0; i < 300; ++i) {
-        if (at.error < 1e-12) {
+        if (at_.error < 1e-12 || at_.distance < enough) {
             break;
         }
-        if (i > 3 && isTrivial(at)) {
-            return std::nullopt;
+        if ((i > 3 && isTrivial()) || (i > 0 && nearsTouched())) {
+            return false;
         }
         if (i >= substitutions && i % substitutions != 0) {
-            if (at.dlnPhi_dn.empty()) {
-                at = evaluate(std::move(at.lnW), true);
+            if (!at_.hasDerivatives) {
+                evaluate(at_, true);
             }
-            if (std::vector<double> lnW = newtonStep(at); !lnW.empty()) {
-                Point next = evaluate(std::move(lnW), true);
-                if (next.distance <= at.distance + 1e-15 || next.error < 0.1 * at.error) {
-                    at = std::move(next);
+            if (setNewtonStep()) {
+                evaluate(next_, true);
+                if (next_.distance <= at_.distance + 1e-15 || next_.error < 0.1 * at_.error) {
+                    std::swap(at_, next_);
                     continue;
                 }
             }
         }
-        std::vector<double> lnW(at.W.size());
-        std::ranges::transform(plane_, at.lnPhi, lnW.begin(), std::minus{});
-        at = evaluate(std::move(lnW), i + 1 >= substitutions);
+        for (std::size_t k = 0; k < at_.lnW.size(); ++k) {
+            at_.lnW[k] = plane_[k] - at_.phase.lnPhi[k];
+        }
+        evaluate(at_, i + 1 >= substitutions);
     }
     // A point below the plane proves the split even when the search has not quite arrived.
-    if (isTrivial(at) || !(at.distance < significantDistance)) {
-        return std::nullopt;
-    }
-    return TrialPhase{std::move(at.W), at.distance};
+    return at_.distance < significantDistance && !isTrivial();
 }
 
-} // namespace
-
-std::vector<double> wilsonLnK(const PengRobinson& model, double T, double P) {
-    std::vector<double> lnK(model.size());
-    for (std::size_t i = 0; i < lnK.size(); ++i) {
-        const auto& [Tc, Pc, w] = model.component(i);
-        lnK[i] = std::log(Pc / P) + 5.373 * (1.0 + w) * (1.0 - Tc / T);
-    }
-    return lnK;
+double wilsonLnK(const CriticalConstants& component, double T, double P) {
+    return std::log(component.Pc / P) + 5.373 * (1.0 + component.acentricFactor) * (1.0 - component.Tc / T);
 }
 
 std::vector<TrialPhase> unstableTrials(const Isotherm& isotherm, double P, std::span<const double> z,
                                        const PhaseState& feed) {
-    const std::size_t n = z.size();
-    const TangentPlane plane{isotherm, P, z, feed};
-    const std::vector<double> lnK = wilsonLnK(isotherm.model(), isotherm.T(), P);
-    std::vector<std::vector<double>> starts(2, std::vector<double>(n));
-    for (std::size_t i = 0; i < n; ++i) {
-        const double lnZ = std::log(std::max(z[i], smallestFraction));
-        starts[0][i] = lnZ + lnK[i];
-        starts[1][i] = lnZ - lnK[i];
-    }
-    for (std::size_t pure = 0; pure < n; ++pure) {
-        std::vector<double> start(n);
-        for (std::size_t i = 0; i < n; ++i) {
-            start[i] = i == pure ? std::log(0.999) : std::log(1e-3 * std::max(z[i], smallestFraction));
-        }
-        starts.push_back(std::move(start));
-    }
+    TangentPlane plane;
+    plane.touch(isotherm, P, z, feed);
     std::vector<TrialPhase> found;
-    for (std::vector<double>& start : starts) {
-        if (std::optional<TrialPhase> trial = plane.search(std::move(start))) {
-            found.push_back(std::move(*trial));
+    for (std::size_t start = 0; start < plane.searches(); ++start) {
+        if (plane.search(start, neverEnough)) {
+            found.push_back({{plane.amounts().begin(), plane.amounts().end()}, plane.distance()});
         }
     }
     std::ranges::sort(found, {}, &TrialPhase::distance);

@@ -14,7 +14,8 @@ struct NitrogenMethane : testing::Test {
 
 TEST_F(NitrogenMethane, ThreeVolumesAt115Kelvin) {
     const Isotherm isotherm = model.at(115.0);
-    std::vector<double> volumes = isotherm.compressibilityFactors(1e6, z);
+    const CubicRoots factors = isotherm.compressibilityFactors(1e6, z);
+    std::vector<double> volumes(factors.begin(), factors.end());
     for (double& value : volumes) {
         value *= isotherm.RT() / 1e6;
     }
