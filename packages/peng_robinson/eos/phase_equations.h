@@ -130,11 +130,16 @@ void evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, con
     state.dlnPhi_dP.assign(n, 0.0);
     state.dP_dn.assign(n, 0.0);
     Number gibbs = 0.0;
+    const Number ideal = -g - lnZ;
+    const Number RT = R * T;
+    const Number dP_dN = RT * (g_v + 1.0 / v);
+    const Number volume = -1.0 / (state.dP_dv * RT);
+    const Number perP = 1.0 / P;
     for (std::size_t i = 0; i < n; ++i) {
         const double bI = model.b(i);
-        state.lnPhi[i] = -g + F_b * bI + F_a * state.aI[i] - lnZ;
-        state.dP_dn[i] = -R * T * (-g_v + F_bv * bI + F_av * state.aI[i]) + R * T / v;
-        state.dlnPhi_dP[i] = -state.dP_dn[i] / state.dP_dv / (R * T) - 1.0 / P;
+        state.lnPhi[i] = ideal + F_b * bI + F_a * state.aI[i];
+        state.dP_dn[i] = dP_dN - RT * (F_bv * bI + F_av * state.aI[i]);
+        state.dlnPhi_dP[i] = state.dP_dn[i] * volume - perP;
         gibbs += x[i] * state.lnPhi[i];
     }
     state.residualGibbs = R * T * gibbs;
@@ -159,14 +164,19 @@ void evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, con
         }
     }
     if (detail.moles) {
-        state.dlnPhi_dn.assign(n * n, 0.0);
+        state.dlnPhi_dn.resize(n * n);
+        const Number perSlope = 1.0 / (R * T * state.dP_dv);
         for (std::size_t i = 0; i < n; ++i) {
+            const double bI = model.b(i);
+            const Number aI = state.aI[i];
+            const Number constant = 1.0 - g_b * bI;
+            const Number byB = F_bb * bI + F_ab * aI - g_b;
+            const Number byA = F_ab * bI;
+            const Number bySlope = state.dP_dn[i] * perSlope;
+            const Number* const pairs = &at.pairs[i * n];
             for (std::size_t j = 0; j <= i; ++j) {
-                const double bI = model.b(i), bJ = model.b(j);
-                const Number aIJ = 2.0 * at.pairs[i * n + j];
-                const Number F_ij = -g_b * (bI + bJ) + F_ab * (bI * state.aI[j] + bJ * state.aI[i]) +
-                                    F_bb * bI * bJ + F_a * aIJ;
-                const Number value = F_ij + 1.0 + state.dP_dn[i] * state.dP_dn[j] / (R * T * state.dP_dv);
+                const Number value = constant + byB * model.b(j) + byA * state.aI[j] +
+                                     2.0 * F_a * pairs[j] + bySlope * state.dP_dn[j];
                 state.dlnPhi_dn[i * n + j] = value;
                 state.dlnPhi_dn[j * n + i] = value;
             }

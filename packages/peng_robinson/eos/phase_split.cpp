@@ -11,6 +11,8 @@ namespace peng_robinson::eos {
 namespace {
 
 constexpr double converged = 1e-11;
+// The rounding error of a fugacity.
+constexpr double exact = 3e-14;
 
 void normalise(std::span<double> values) {
     const double sum = std::accumulate(values.begin(), values.end(), 0.0);
@@ -107,7 +109,7 @@ bool PhaseSplitter::iterate() {
     constexpr int maximum = 400, maximumOutside = 60;
     int substitutions = firstSubstitutions;
     int outside = 0; // iterations in which one phase had a negative amount
-    for (int i = 0; i < maximum && outside < maximumOutside && at_.error != 0.0; ++i) {
+    for (int i = 0; i < maximum && outside < maximumOutside && at_.error > exact; ++i) {
         const bool isOutside = !(at_.beta > 0.0 && at_.beta < 1.0);
         if (substitutions > 0 || isOutside) {
             --substitutions;
