@@ -52,35 +52,52 @@ bool TPFlash::takeSplit(std::span<const double> formed, std::span<const double> 
     return splitter_.split(isotherm_, P_, mixture_.z(), lnK_, candidate_);
 }
 
-// The split that the tangent-plane test of the feed leads to, into best_; none for a stable feed. The trial
-// phase may be the lighter or the heavier one; which it is shows in the result. Throws NoConvergence for a
-// feed that is not stable when no split of it is found.
-bool TPFlash::findSplit() {
+// The best of best_ and the splits that the searches from the feed lead to, into best_. The trial phase may be
+// the lighter or the heavier one; which it is shows in the result.
+void TPFlash::searchFromFeed(std::size_t first, bool isEnoughToSplit) {
     plane_.touch(isotherm_, P_, mixture_.z(), feed_);
-    bool isFound = false;
-    double lowest = 0.0;
-    for (std::size_t start = 0; start < plane_.searches(); ++start) {
-        // Where the feed splits already, whether this is the best split shows better on its own phases.
-        if (isFound && start >= TangentPlane::mixedSearches) {
+    for (std::size_t start = first; start < plane_.searches(); ++start) {
+        if (isSplit_ && isEnoughToSplit && start >= TangentPlane::mixedSearches) {
             break;
         }
         if (!plane_.search(start, enoughForAStart)) {
             continue;
         }
-        lowest = std::min(lowest, plane_.distance());
+        feedDistance_ = std::min(feedDistance_, plane_.distance());
         if ((takeSplit(plane_.amounts(), mixture_.z()) ||
+             (plane_.search(start, TangentPlane::neverEnough) &&
+              takeSplit(plane_.amounts(), mixture_.z())) ||
              splitter_.splitDownhill(isotherm_, P_, mixture_.z(), plane_.amounts(), candidate_)) &&
-            (!isFound || isLower(candidate_, best_))) {
+            (!isSplit_ || isLower(candidate_, best_))) {
             std::swap(best_, candidate_);
-            isFound = true;
+            isSplit_ = true;
         }
     }
-    if (!isFound && lowest < provenDistance) {
+}
+
+// The split of lowest Gibbs energy, into best_; none for a stable feed. Throws NoConvergence for a feed that
+// is not stable when no split of it is found.
+void TPFlash::findBestSplit() {
+    isSplit_ = false;
+    feedDistance_ = 0.0;
+    // Where the feed splits already, whether this is the best split shows better on its own phases.
+    searchFromFeed(0, true);
+    if (!isSplit_ && feedDistance_ < provenDistance) {
         throw NoConvergence{"The mixture forms two phases at " + numberText(isotherm_.T()) + " K and " +
                             numberText(P_) +
                             " Pa, but their compositions were not found; try a higher temperature"};
     }
-    return isFound;
+    // The feed's test may have led to a pair that is itself unstable (a vapour over the wrong one of two
+    // liquids).
+    for (int i = 0; i < 3 && isSplit_; ++i) {
+        if (!findBetterSplit(false) || !isLower(better_, best_)) {
+            if (splitDistance_ < provenDistance) {
+                searchFromFeed(TangentPlane::mixedSearches, false);
+            }
+            break;
+        }
+        std::swap(best_, better_);
+    }
 }
 
 // The split of lowest Gibbs energy that pairs one phase of best_ with a phase that best_ would still form,
@@ -89,10 +106,12 @@ bool TPFlash::findBetterSplit(bool vaporOnly) {
     plane_.touch(isotherm_, P_, best_.x, best_.heavy);
     plane_.touchesAlso(best_.y);
     bool isFound = false;
+    splitDistance_ = 0.0;
     for (std::size_t start = 0; start < plane_.searches(); ++start) {
-        if (!plane_.search(start, enoughForAStart)) {
+        if (!plane_.search(start, TangentPlane::neverEnough)) {
             continue;
         }
+        splitDistance_ = std::min(splitDistance_, plane_.distance());
         for (const std::vector<double>* const partner : {&best_.x, &best_.y}) {
             if (takeSplit(plane_.amounts(), *partner) &&
                 !(vaporOnly && isClearlyLiquid(candidate_.light, isotherm_.RT())) &&
@@ -112,26 +131,21 @@ void TPFlash::calculate(double T, double P, std::span<const double> amounts, Pha
     P_ = P;
     isotherm_.assign(mixture_.model(), T);
     isotherm_.phase(P, z, Root::stable, {}, feed_);
-    bool isSplit = false;
+    isSplit_ = false;
     bool liquid = isLiquid();
     if (allowed != PhasesAllowed::both) {
         liquid = allowed == PhasesAllowed::liquidOnly;
     } else if (!mixture_.isPure()) {
-        isSplit = findSplit();
-        // The feed's test may have led to a pair that is itself unstable (a vapour over the wrong one of two
-        // liquids).
-        for (int i = 0; i < 3 && isSplit && findBetterSplit(false) && isLower(better_, best_); ++i) {
-            std::swap(best_, better_);
-        }
-        if (isSplit && isClearlyLiquid(best_.light, isotherm_.RT())) {
+        findBestSplit();
+        if (isSplit_ && isClearlyLiquid(best_.light, isotherm_.RT())) {
             // Two liquids that would not boil are one liquid here; two that would are a vapour over one of
             // them.
-            isSplit = findBetterSplit(true);
+            isSplit_ = findBetterSplit(true);
             std::swap(best_, better_);
             liquid = true;
         }
     }
-    if (isSplit) {
+    if (isSplit_) {
         mixture_.setTwoPhases(T, P, best_.beta, best_.x, best_.y, result);
     } else {
         mixture_.setOnePhase(T, P, liquid, result);

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace peng_robinson::eos {
 namespace {
@@ -13,8 +12,6 @@ namespace {
 constexpr double significantDistance = -1e-12;
 // A fraction that has underflowed to zero still needs a logarithm.
 constexpr double smallestFraction = 1e-290;
-// Searches that go on to the lowest place.
-constexpr double neverEnough = -std::numeric_limits<double>::infinity();
 
 } // namespace
 
@@ -169,7 +166,7 @@ std::vector<TrialPhase> unstableTrials(const Isotherm& isotherm, double P, std::
     plane.touch(isotherm, P, z, feed);
     std::vector<TrialPhase> found;
     for (std::size_t start = 0; start < plane.searches(); ++start) {
-        if (plane.search(start, neverEnough)) {
+        if (plane.search(start, TangentPlane::neverEnough)) {
             found.push_back({{plane.amounts().begin(), plane.amounts().end()}, plane.distance()});
         }
     }

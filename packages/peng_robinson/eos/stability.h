@@ -6,6 +6,7 @@
 #include "packages/peng_robinson/eos/peng_robinson.h"
 
 #include <array>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -30,6 +31,7 @@ class TangentPlane {
     /// Whether search number `start` ends below the plane. It looks for the lowest place, but no further than
     /// to `enough`.
     bool search(std::size_t start, double enough);
+    static constexpr double neverEnough = -std::numeric_limits<double>::infinity();
 
     /// Where the last successful search ended: a phase that would form.
     std::span<const double> amounts() const noexcept { return at_.W; } ///< W, whose sum exceeds one

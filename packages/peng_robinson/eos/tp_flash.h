@@ -21,7 +21,8 @@ class TPFlash {
     void calculate(double T, double P, std::span<const double> z, PhasesAllowed allowed, Equilibrium& result);
 
   private:
-    bool findSplit();
+    void findBestSplit();
+    void searchFromFeed(std::size_t first, bool isEnoughToSplit);
     bool findBetterSplit(bool vaporOnly);
     bool takeSplit(std::span<const double> formed, std::span<const double> partner);
     bool isLiquid() const;
@@ -33,6 +34,8 @@ class TPFlash {
     TangentPlane plane_;
     PhaseSplitter splitter_;
     PhaseSplit best_, better_, candidate_;
+    bool isSplit_ = false; ///< there is a best_
+    double feedDistance_ = 0.0, splitDistance_ = 0.0; ///< how far phases lie below the planes of feed and split
     std::vector<double> lnK_;
 };
 
