@@ -4,6 +4,7 @@
 #include "packages/peng_robinson/eos/phase_split.h"
 #include "packages/peng_robinson/eos/pure_saturation.h"
 #include "packages/peng_robinson/eos/quality_line.h"
+#include "packages/peng_robinson/eos/quality_scan.h"
 #include "packages/peng_robinson/eos/stability.h"
 #include "packages/peng_robinson/eos/text.h"
 
@@ -145,15 +146,24 @@ std::optional<QualityLine::Point> findPoint(const ActiveMixture& mixture, Variab
         }
     }
     std::optional<QualityLine::Point> best;
-    const auto isBetter = [&](const QualityLine::Point& point) {
-        return !best || (point.normal != best->normal        ? point.normal
-                         : given == Variable::temperature ? point.P < best->P
-                                                          : point.T > best->T);
+    const auto consider = [&](std::optional<QualityLine::Point> met) {
+        std::optional<QualityLine::Point> point = judge.stablePoint(std::move(met));
+        if (!point || !isWanted(*point, wanted)) {
+            return;
+        }
+        const bool isBetter = !best || (point->normal != best->normal        ? point->normal
+                                        : given == Variable::temperature ? point->P < best->P
+                                                                         : point->T > best->T);
+        if (isBetter) {
+            best = std::move(point);
+        }
     };
     for (QualityLine::Point& met : line.follow(given, value)) {
-        std::optional<QualityLine::Point> point = judge.stablePoint(std::move(met));
-        if (point && isWanted(*point, wanted) && isBetter(*point)) {
-            best = std::move(point);
+        consider(std::move(met));
+    }
+    if (!best) {
+        for (const auto& [lnK, T, P] : scanForQuality(mixture.model(), mixture.z(), given, value, beta)) {
+            consider(line.solveFrom(lnK, T, P, given));
         }
     }
     return best;
