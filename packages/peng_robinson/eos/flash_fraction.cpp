@@ -59,12 +59,12 @@ bool Judge::isVaporOverLiquid(const QualityLine::Point& point) const {
     const PhaseState vapor = isotherm.phase(point.P, point.y, Root::vapor);
     const double rounding = 1e-10 * isotherm.RT();
     return vapor.v / vapor.b > liquid.v / liquid.b && !isClearlyLiquid(vapor, isotherm.RT()) &&
-           lost(point.x, liquid) <= rounding &&
-           lost(point.y, vapor) <= rounding;
+           lost(point.x, liquid) <= rounding && lost(point.y, vapor) <= rounding;
 }
 
-// Between bubble and dew point: does a flash at its temperature and pressure find a state of lower Gibbs
-// energy?
+// Between bubble and dew point: does a flash at its temperature and pressure find no state of lower Gibbs
+// energy? Where it reports one phase although this point is lower, two liquids that do not boil are lower
+// still.
 bool Judge::isLowest(const QualityLine::Point& point) const {
     const Isotherm isotherm = mixture_.model().at(point.T);
     const auto gibbs = [&](std::span<const double> x) {
@@ -85,7 +85,8 @@ bool Judge::isLowest(const QualityLine::Point& point) const {
     for (const std::optional<PhaseAmount>& phase : {lowest.vapor, lowest.liquid}) {
         difference -= phase ? phase->fraction * gibbs(phase->x) : 0.0;
     }
-    return difference < 1e-10;
+    const bool isSplit = lowest.vapor && lowest.liquid;
+    return difference < 1e-10 && (isSplit || difference > -1e-8);
 }
 
 // At a dew point another liquid may have dropped out before (water from a gas that also holds heavy
@@ -100,8 +101,8 @@ Judge::Rival Judge::rivalOf(const QualityLine::Point& point) const {
     for (const TrialPhase& trial : unstableTrials(isotherm, point.P, z, feed)) {
         const PhaseState phase =
             isotherm.phase(point.P, normalisedComposition(trial.amounts, z.size()), Root::stable);
-        const bool isSecondLiquid = !isDew && isClearlyLiquid(feed, isotherm.RT()) &&
-                                    isClearlyLiquid(phase, isotherm.RT());
+        const bool isSecondLiquid =
+            !isDew && isClearlyLiquid(feed, isotherm.RT()) && isClearlyLiquid(phase, isotherm.RT());
         if (trial.distance > -1e-9 || isSecondLiquid) {
             continue;
         }
@@ -151,7 +152,7 @@ std::optional<QualityLine::Point> findPoint(const ActiveMixture& mixture, Variab
         if (!point || !isWanted(*point, wanted)) {
             return;
         }
-        const bool isBetter = !best || (point->normal != best->normal        ? point->normal
+        const bool isBetter = !best || (point->normal != best->normal    ? point->normal
                                         : given == Variable::temperature ? point->P < best->P
                                                                          : point->T > best->T);
         if (isBetter) {

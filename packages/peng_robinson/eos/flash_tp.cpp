@@ -52,8 +52,8 @@ bool TPFlash::takeSplit(std::span<const double> formed, std::span<const double> 
     return splitter_.split(isotherm_, P_, mixture_.z(), lnK_, candidate_);
 }
 
-// The best of best_ and the splits that the searches from the feed lead to, into best_. The trial phase may be
-// the lighter or the heavier one; which it is shows in the result.
+// The best of best_ and the splits that the searches from the feed lead to, into best_. The trial phase may
+// be the lighter or the heavier one; which it is shows in the result.
 void TPFlash::searchFromFeed(std::size_t first, bool isEnoughToSplit) {
     plane_.touch(isotherm_, P_, mixture_.z(), feed_);
     for (std::size_t start = first; start < plane_.searches(); ++start) {
@@ -65,8 +65,7 @@ void TPFlash::searchFromFeed(std::size_t first, bool isEnoughToSplit) {
         }
         feedDistance_ = std::min(feedDistance_, plane_.distance());
         if ((takeSplit(plane_.amounts(), mixture_.z()) ||
-             (plane_.search(start, TangentPlane::neverEnough) &&
-              takeSplit(plane_.amounts(), mixture_.z())) ||
+             (plane_.search(start, TangentPlane::neverEnough) && takeSplit(plane_.amounts(), mixture_.z())) ||
              splitter_.splitDownhill(isotherm_, P_, mixture_.z(), plane_.amounts(), candidate_)) &&
             (!isSplit_ || isLower(candidate_, best_))) {
             std::swap(best_, candidate_);

@@ -175,8 +175,8 @@ void evaluatePhase(const PengRobinson& model, const Attractions<Number>& at, con
             const Number bySlope = state.dP_dn[i] * perSlope;
             const Number* const pairs = &at.pairs[i * n];
             for (std::size_t j = 0; j <= i; ++j) {
-                const Number value = constant + byB * model.b(j) + byA * state.aI[j] +
-                                     2.0 * F_a * pairs[j] + bySlope * state.dP_dn[j];
+                const Number value = constant + byB * model.b(j) + byA * state.aI[j] + 2.0 * F_a * pairs[j] +
+                                     bySlope * state.dP_dn[j];
                 state.dlnPhi_dn[i * n + j] = value;
                 state.dlnPhi_dn[j * n + i] = value;
             }

@@ -45,8 +45,7 @@ PhaseSlopes slopesOf(const PhaseProperties& at, Direction direction) {
     // Volume and compressibility factor have equations of their own: that of the volume loses digits in a
     // dilute gas, that of the factor in a liquid at low pressure.
     const double v = state.v;
-    const Dual pressure =
-        RT / (v - phase.b) - phase.a / (v * (v + 2.0 * phase.b) - phase.b * phase.b);
+    const Dual pressure = RT / (v - phase.b) - phase.a / (v * (v + 2.0 * phase.b) - phase.b * phase.b);
     const Dual volume = rootAlong(v, pressure - P, state.dP_dv);
     const double z = state.Z;
     const auto [c2, c1, c0] = cubicCoefficients(phase, P, RT);

@@ -159,7 +159,7 @@ std::vector<QualityLine::Point> QualityLine::follow(Variable given, double value
     }
     // Pressure and temperature are scaled so that a step changes none of the unknowns by more than its share.
     const auto share = [n](std::size_t i) { return i == n ? 0.05 : 0.4; };
-    double length = 1.0;        // of the step, 1 = largest
+    double length = 1.0;                      // of the step, 1 = largest
     Unknowns direction = tangent(*at, n + 1); // towards higher pressures at first
     for (int step = 0; step < 2000 && !direction.empty(); ++step) {
         std::size_t fastest = 0;

@@ -13,8 +13,8 @@ class QualityScan {
   public:
     QualityScan(const PengRobinson& model, std::span<const double> z, QualityLine::Variable given,
                 double value, double beta)
-        : flash_{model}, z_{z}, isByTemperature_{given == QualityLine::Variable::temperature}, value_{value},
-          beta_{beta} {}
+        : flash_{model}, z_{z},
+          isByTemperature_{given == QualityLine::Variable::temperature}, value_{value}, beta_{beta} {}
 
     std::vector<QualityStart> starts(double low, double high);
 
@@ -70,8 +70,7 @@ void QualityScan::narrow(State a, State b, std::vector<QualityStart>& found) {
         const bool isBeyond = middle.isTwoPhases ? isBetween(a, middle) : true;
         (isBeyond ? b : a) = std::move(middle);
     }
-    const State& nearest =
-        b.isTwoPhases && std::abs(b.vapor() - beta_) < std::abs(a.vapor() - beta_) ? b : a;
+    const State& nearest = b.isTwoPhases && std::abs(b.vapor() - beta_) < std::abs(a.vapor() - beta_) ? b : a;
     if (std::abs(nearest.vapor() - beta_) > atTheBorder) {
         return;
     }

@@ -13,8 +13,7 @@ double rachfordRice(std::span<const double> z, std::span<const double> K, double
     return sum;
 }
 
-std::optional<double> solveRachfordRice(std::span<const double> z, std::span<const double> K,
-                                        double guess) {
+std::optional<double> solveRachfordRice(std::span<const double> z, std::span<const double> K, double guess) {
     const auto [smallest, largest] = std::ranges::minmax(K);
     if (!(smallest < 1.0) || !(largest > 1.0) || !std::isfinite(largest)) {
         return std::nullopt;

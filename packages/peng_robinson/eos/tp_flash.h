@@ -1,5 +1,6 @@
 // Flashes of one model at given temperature and pressure, see flash.h. What they need of memory is kept: a
-// flash takes none when one with the same compounds, and with as many phases in the same result, came before.
+// flash takes none when some with the same compounds, and with as many phases in the same result, came
+// before.
 #pragma once
 
 #include "packages/peng_robinson/eos/active.h"
@@ -35,7 +36,8 @@ class TPFlash {
     PhaseSplitter splitter_;
     PhaseSplit best_, better_, candidate_;
     bool isSplit_ = false; ///< there is a best_
-    double feedDistance_ = 0.0, splitDistance_ = 0.0; ///< how far phases lie below the planes of feed and split
+    double feedDistance_ = 0.0,
+           splitDistance_ = 0.0; ///< how far phases lie below the planes of feed and split
     std::vector<double> lnK_;
 };
 

@@ -33,7 +33,7 @@ class Border {
 
   private:
     struct Equations {
-        Values residual, jacobian; // n + 1 rows of n + 2
+        Values residual, jacobian;           // n + 1 rows of n + 2
         double formingVolume, mixtureVolume; // over the co-volumes
     };
     Equations equations(const Values& at) const;

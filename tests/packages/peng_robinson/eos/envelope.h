@@ -12,14 +12,14 @@ namespace peng_robinson::eos::test {
 
 struct EnvelopePoint {
     double T, P;
-    bool isDew;                 ///< a drop forms; else a bubble
+    bool isDew;                  ///< a drop forms; else a bubble
     std::vector<double> forming; ///< composition of the phase that forms
     // Direction of the border in its order from the dew points to the bubble points.
     double dlnT, dlnP;
     double spread; ///< largest modulus of ln K: how far from the critical point
 
-    // The two-phase region lies to the left of this direction. Normal: more vapour at a higher temperature, or
-    // at a lower pressure.
+    // The two-phase region lies to the left of this direction. Normal: more vapour at a higher temperature,
+    // or at a lower pressure.
     bool isNormalAtPressure() const { return isDew == (dlnP > 0.0); }
     bool isNormalAtTemperature() const { return isDew == (dlnT > 0.0); }
 };

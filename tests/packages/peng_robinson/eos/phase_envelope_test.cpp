@@ -45,6 +45,18 @@ class Envelope : public testing::TestWithParam<Feed> {
     std::vector<double> z = GetParam().z;
     std::vector<EnvelopePoint> points = traceEnvelope(fluid.model(), z, 1e5, 150.0);
 
+    // So many points as a test has time for: closer together where the border turns and the phases meet.
+    std::vector<EnvelopePoint> chosen(std::size_t apart) const {
+        std::vector<EnvelopePoint> some;
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            const bool isDelicate = points[i].spread < 1.5 || std::abs(points[i].dlnT) < 0.01;
+            if (i % (isDelicate ? apart : 6 * apart) == 0) {
+                some.push_back(points[i]);
+            }
+        }
+        return some;
+    }
+
     // Where the border turns, two solutions meet; the smallest error moves them far. Near the critical point
     // it is the phases that meet.
     static constexpr double turn = 5e-4, meeting = 0.01;
@@ -59,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Feeds, Envelope,
                          });
 
 TEST_P(Envelope, PressureIsFoundAtEveryTemperature) {
-    for (const EnvelopePoint& point : points) {
+    for (const EnvelopePoint& point : chosen(4)) {
         if (std::abs(point.dlnT) < turn || point.spread < meeting) {
             continue;
         }
@@ -76,7 +88,7 @@ TEST_P(Envelope, PressureIsFoundAtEveryTemperature) {
 }
 
 TEST_P(Envelope, TemperatureIsFoundAtEveryPressure) {
-    for (const EnvelopePoint& point : points) {
+    for (const EnvelopePoint& point : chosen(4)) {
         if (std::abs(point.dlnP) < turn || point.spread < meeting) {
             continue;
         }
@@ -89,8 +101,7 @@ TEST_P(Envelope, TemperatureIsFoundAtEveryPressure) {
 }
 
 TEST_P(Envelope, EveryPointHasOnePhaseOutsideAndTwoInside) {
-    for (std::size_t i = 0; i < points.size(); i += 5) {
-        const EnvelopePoint& point = points[i];
+    for (const EnvelopePoint& point : chosen(2)) {
         if (point.spread < 0.2) {
             continue;
         }
@@ -110,18 +121,15 @@ TEST_P(Envelope, EveryPointHasOnePhaseOutsideAndTwoInside) {
 TEST_P(Envelope, BeyondItsEndsNothingIsFound) {
     const double hottest = std::ranges::max(points, {}, &EnvelopePoint::T).T;
     const double highest = std::ranges::max(points, {}, &EnvelopePoint::P).P;
-    for (const double fraction : {0.0, 0.3, 1.0}) {
-        for (const double factor : {1.002, 1.05}) {
-            EXPECT_THROW(flashTVaporFraction(fluid.model(), factor * hottest, fraction, z), NoConvergence);
-            EXPECT_THROW(flashPVaporFraction(fluid.model(), factor * highest, fraction, z), NoConvergence);
-        }
+    for (const double fraction : {0.0, 1.0}) {
+        EXPECT_THROW(flashTVaporFraction(fluid.model(), 1.002 * hottest, fraction, z), NoConvergence);
+        EXPECT_THROW(flashPVaporFraction(fluid.model(), 1.002 * highest, fraction, z), NoConvergence);
     }
 }
 
 // Between the bubble and the dew points a state is found again from its temperature and pressure.
 TEST_P(Envelope, EveryFractionBetweenBubbleAndDewPointIsFound) {
-    for (std::size_t i = 0; i < points.size(); i += 6) {
-        const EnvelopePoint& point = points[i];
+    for (const EnvelopePoint& point : chosen(12)) {
         if (point.spread < 0.3) {
             continue;
         }
@@ -131,25 +139,24 @@ TEST_P(Envelope, EveryFractionBetweenBubbleAndDewPointIsFound) {
         SCOPED_TRACE(testing::Message() << inside.T << " K, " << inside.P << " Pa");
         ASSERT_TRUE(inside.vapor && inside.liquid);
         const double fraction = inside.vapor->fraction;
-        bool atTemperature = false, atPressure = false;
-        for (const SolutionType wanted : {SolutionType::normal, SolutionType::retrograde}) {
-            try {
-                const Equilibrium e = flashTVaporFraction(fluid.model(), inside.T, fraction, z, wanted);
-                atTemperature = atTemperature || std::abs(e.P / inside.P - 1.0) < 1e-6;
-            } catch (const NoConvergence&) {
-                continue;
+        const auto isFound = [](auto flashAt) {
+            for (const SolutionType wanted : {SolutionType::normal, SolutionType::retrograde}) {
+                try {
+                    if (std::abs(flashAt(wanted) - 1.0) < 1e-6) {
+                        return true;
+                    }
+                } catch (const NoConvergence&) {
+                    continue;
+                }
             }
-        }
-        for (const SolutionType wanted : {SolutionType::normal, SolutionType::retrograde}) {
-            try {
-                const Equilibrium e = flashPVaporFraction(fluid.model(), inside.P, fraction, z, wanted);
-                atPressure = atPressure || std::abs(e.T / inside.T - 1.0) < 1e-6;
-            } catch (const NoConvergence&) {
-                continue;
-            }
-        }
-        EXPECT_TRUE(atTemperature);
-        EXPECT_TRUE(atPressure);
+            return false;
+        };
+        EXPECT_TRUE(isFound([&](SolutionType wanted) {
+            return flashTVaporFraction(fluid.model(), inside.T, fraction, z, wanted).P / inside.P;
+        }));
+        EXPECT_TRUE(isFound([&](SolutionType wanted) {
+            return flashPVaporFraction(fluid.model(), inside.P, fraction, z, wanted).T / inside.T;
+        }));
     }
 }
 
@@ -179,7 +186,8 @@ TEST_F(NaturalGasNearItsCriticalPoint, BubblePointsEndAtTheCriticalPoint) {
             const Equilibrium e = flashTVaporFraction(fluid.model(), T, 0.0, z);
             ADD_FAILURE() << "a bubble point at " << e.T << " K and " << e.P << " Pa";
         } catch (const NoConvergence& error) {
-            EXPECT_EQ(error.what(), "No state with a vapor fraction of 0 was found at " + std::to_string(static_cast<int>(T)) +
+            EXPECT_EQ(error.what(), "No state with a vapor fraction of 0 was found at " +
+                                        std::to_string(static_cast<int>(T)) +
                                         " K; the mixture may be above its critical point");
         }
     }
