@@ -92,7 +92,8 @@ double single(const std::vector<double>& values, const std::wstring& what) {
 
 Material::Material(IDispatch* object, std::shared_ptr<const Configuration> configuration)
     : material_{requireInterface<ICapeThermoMaterial>(object, L"ICapeThermoMaterial")},
-      configuration_{std::move(configuration)}, fluid_{readFluid(object, *configuration_)} {}
+      configuration_{std::move(configuration)}, fluid_{readFluid(object, *configuration_)},
+      flash_{std::make_unique<eos::TPFlash>(fluid_.model())} {}
 
 void Material::requireRead(HRESULT result, const std::wstring& what) const {
     if (FAILED(result)) {

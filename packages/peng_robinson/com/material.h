@@ -7,6 +7,7 @@
 #include "com/com_ptr.h"
 #include "packages/peng_robinson/catalogue/configuration.h"
 #include "packages/peng_robinson/com/values.h"
+#include "packages/peng_robinson/eos/tp_flash.h"
 
 #include <memory>
 #include <optional>
@@ -34,6 +35,8 @@ class Material {
 
     /// The compounds of the material, in its order.
     const eos::Fluid& fluid() const noexcept { return fluid_; }
+    /// Flashes of that fluid at temperature and pressure, whose memory is kept between calculations.
+    eos::TPFlash& flash() const noexcept { return *flash_; }
 
     /// Temperature, pressure and mole fractions of a phase. Throws CapeError when the material has not all of
     /// them.
@@ -63,6 +66,7 @@ class Material {
     com::com_ptr<ICapeThermoMaterial> material_;
     std::shared_ptr<const Configuration> configuration_;
     eos::Fluid fluid_;
+    std::unique_ptr<eos::TPFlash> flash_;
 };
 
 } // namespace peng_robinson

@@ -83,7 +83,9 @@ eos::Equilibrium calculate(const Material& material, const EquilibriumRequest& r
     const double first = readTemperatureOrPressure(material, request.first);
     if (request.flash == Flash::TP) {
         const double pressure = readTemperatureOrPressure(material, request.second);
-        return eos::flashTP(fluid.model(), first, pressure, z, phases.allowed());
+        eos::Equilibrium result;
+        material.flash().calculate(first, pressure, z, phases.allowed(), result);
+        return result;
     }
     if (request.flash == Flash::PEnthalpy) {
         return eos::flashPH(fluid, first, readEnthalpy(material, request.second, z), z, phases.allowed());

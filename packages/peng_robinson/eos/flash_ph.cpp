@@ -4,6 +4,7 @@
 #include "packages/peng_robinson/eos/errors.h"
 #include "packages/peng_robinson/eos/flash.h"
 #include "packages/peng_robinson/eos/text.h"
+#include "packages/peng_robinson/eos/tp_flash.h"
 
 #include <cmath>
 
@@ -65,8 +66,11 @@ Equilibrium flashPH(const Fluid& fluid, double P, double enthalpy, std::span<con
             return *boiling;
         }
     }
+    TPFlash flash{fluid.model()};
+    Equilibrium result;
     const auto excess = [&](double T) {
-        return enthalpyOf(fluid, flashTP(fluid.model(), T, P, z, allowed)) - enthalpy;
+        flash.calculate(T, P, z, allowed, result);
+        return enthalpyOf(fluid, result) - enthalpy;
     };
     // From room temperature outwards, so that the search stays where the equation is at home.
     double low = referenceTemperature, high = referenceTemperature;
@@ -89,7 +93,7 @@ Equilibrium flashPH(const Fluid& fluid, double P, double enthalpy, std::span<con
                             numberText(enthalpy) + " J/mol; check the enthalpy and its reference state"};
     }
     const double T = solveRising(excess, low, fLow, high, fHigh, tolerance);
-    Equilibrium result = flashTP(fluid.model(), T, P, z, allowed);
+    flash.calculate(T, P, z, allowed, result);
     if (allowed == PhasesAllowed::both && std::abs(enthalpyOf(fluid, result) - enthalpy) > acceptable) {
         if (std::optional<Equilibrium> boiling = flashByFraction(fluid, P, enthalpy, z, tolerance)) {
             result = *boiling;
