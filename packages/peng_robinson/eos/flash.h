@@ -13,7 +13,8 @@ namespace peng_robinson::eos {
 
 /// Which solution of a phase-fraction flash is wanted. Normal: more vapour at a higher temperature or a lower
 /// pressure. Retrograde: the other way round, as on the upper dew line of a natural gas. Any: normal if there
-/// is one.
+/// is one. Thus of two dew points at one pressure, the one at the higher temperature; of two at one
+/// temperature, the one at the lower pressure. The same goes where several are normal, or several retrograde.
 enum class SolutionType { any, normal, retrograde };
 
 /// Mole fractions that sum to one. Throws InvalidInput for a wrong number of values, negative values or no
@@ -27,7 +28,9 @@ Equilibrium flashTP(const PengRobinson& model, double T, double P, std::span<con
                     PhasesAllowed allowed = PhasesAllowed::both);
 
 /// Temperature and vapour fraction (0 to 1 inclusive) given. The incipient phase of a bubble or dew point is
-/// reported as present in zero amount.
+/// reported as present in zero amount. Every answer is a stable state of vapour and liquid: their fugacities
+/// are equal, the vapour is the lighter one, each has its stable volume, and no other phase would rather
+/// form. Throws NoConvergence where there is none, as above the critical point.
 Equilibrium flashTVaporFraction(const PengRobinson& model, double T, double vaporFraction,
                                 std::span<const double> z, SolutionType wanted = SolutionType::any);
 

@@ -5,6 +5,7 @@
 #include "packages/peng_robinson/eos/flash_mass.h"
 #include "packages/peng_robinson/eos/stability.h"
 #include "packages/peng_robinson/eos/text.h"
+#include "packages/peng_robinson/eos/tp_flash.h"
 #include "tests/packages/peng_robinson/eos/support.h"
 
 #include <numeric>
@@ -121,6 +122,70 @@ TEST(FlashInvariants, NaturalGasIsTwoPhases) {
     expectMaterialBalance(e, z);
     expectEqualFugacities(fluid.model(), e, 1e-10);
     expectStable(fluid.model(), e);
+}
+
+// The phases differ so little that substitution of K-values leads out of the two-phase region.
+TEST(FlashInvariants, SourGasSplitsUpToItsCriticalPoint) {
+    const Fluid fluid = fluidOf({"methane", "hydrogen sulfide", "carbon dioxide", "ethane", "n-pentane"});
+    const std::vector<double> z{0.5, 0.25, 0.1, 0.1, 0.05};
+    double vapor = 0.0;
+    for (int tenths = 2896; tenths < 2960; tenths += 4) {
+        const double T = 0.1 * tenths;
+        SCOPED_TRACE(testing::Message() << T << " K");
+        const Equilibrium e = flashTP(fluid.model(), T, 11165295.0, z);
+        ASSERT_TRUE(e.vapor && e.liquid);
+        expectMaterialBalance(e, z);
+        expectEqualFugacities(fluid.model(), e, 1e-10);
+        expectStable(fluid.model(), e);
+        EXPECT_GT(e.vapor->fraction, vapor);
+        vapor = e.vapor->fraction;
+    }
+}
+
+// Of several pairs of phases the one of lowest Gibbs energy: the liquid is methane, not the little water and
+// carbon dioxide that would drop out alone.
+TEST(FlashInvariants, ColdSynthesisGasFormsTheStablePair) {
+    const Fluid fluid = fluidOf({"hydrogen", "carbon dioxide", "methane", "nitrogen", "water"});
+    const std::vector<double> z{0.47337973143056455, 0.0043448559090442382, 0.51482118026708223,
+                                0.0008786050567969895, 0.0065756273365121069};
+    const Equilibrium e = flashTP(fluid.model(), 110.750658, 559781.2837, z);
+    ASSERT_TRUE(e.vapor && e.liquid);
+    EXPECT_NEAR(e.vapor->fraction, 0.577609, 1e-5);
+}
+
+TEST(FlashInvariants, VaporOverOneOfTwoLiquidsIsFound) {
+    const Fluid fluid = fluidOf({"nitrogen", "hydrogen sulfide", "methane", "isobutane", "n-butane",
+                                 "n-pentane", "n-hexane", "n-heptane", "n-octane", "water"});
+    const Equilibrium e = flashTP(
+        fluid.model(), 167.3818059, 60971.72874,
+        std::vector{0.052735905678046521, 0.0008180883473510698, 0.38098553479323388, 0.021125949490777632,
+                    0.081978147780160465, 0.0017651913737421119, 0.003878165804212848, 0.0021915650150094662,
+                    0.22479228874919188, 0.22972916296827403});
+    ASSERT_TRUE(e.vapor && e.liquid);
+    EXPECT_NEAR(e.vapor->fraction, 0.465631, 1e-5);
+}
+
+// What a flash keeps from those before, of other compounds and in other states, changes no digit.
+TEST(FlashInvariants, AFlashWithMemoryAnswersAsANewOne) {
+    const Fluid fluid = fluidOf(gasNames);
+    Random random{7};
+    TPFlash flash{fluid.model()};
+    Equilibrium kept;
+    for (int i = 0; i < 100; ++i) {
+        const std::vector<double> z = random.composition(fluid.size());
+        const double T = random.between(150.0, 450.0), P = random.logarithmic(1e4, 1.5e7);
+        flash.calculate(T, P, z, PhasesAllowed::both, kept);
+        const Equilibrium fresh = flashTP(fluid.model(), T, P, z);
+        EXPECT_EQ(kept.T, T);
+        EXPECT_EQ(kept.P, P);
+        for (const auto phase : {&Equilibrium::vapor, &Equilibrium::liquid}) {
+            ASSERT_EQ((kept.*phase).has_value(), (fresh.*phase).has_value());
+            if (fresh.*phase) {
+                EXPECT_EQ((kept.*phase)->fraction, (fresh.*phase)->fraction);
+                EXPECT_EQ((kept.*phase)->x, (fresh.*phase)->x);
+            }
+        }
+    }
 }
 
 TEST(FlashInvariants, UnstableFeedThatDoesNotSplitIsAnError) {
