@@ -22,17 +22,18 @@ class QualityScan {
     struct State {
         double where = 0.0; ///< ln T or ln P, whichever is not given
         bool isTwoPhases = false;
-        Equilibrium phases;
-        double vapor() const { return phases.vapor->fraction; }
+        double vapor = 0.0;
+        std::vector<double> lnK; ///< of two phases
     };
     State at(double where);
     void narrow(State a, State b, std::vector<QualityStart>& found);
     /// Is the fraction between those of two states with two phases?
     bool isBetween(const State& a, const State& b) const {
-        return (a.vapor() - beta_) * (b.vapor() - beta_) <= 0.0;
+        return (a.vapor - beta_) * (b.vapor - beta_) <= 0.0;
     }
 
     TPFlash flash_;
+    Equilibrium phases_;
     std::span<const double> z_;
     bool isByTemperature_;
     double value_, beta_;
@@ -44,10 +45,17 @@ QualityScan::State QualityScan::at(double where) {
     const double other = std::exp(where);
     try {
         flash_.calculate(isByTemperature_ ? value_ : other, isByTemperature_ ? other : value_, z_,
-                         PhasesAllowed::both, state.phases);
-        state.isTwoPhases = state.phases.vapor && state.phases.liquid;
+                         PhasesAllowed::both, phases_);
     } catch (const NoConvergence&) {
-        state.isTwoPhases = false; // two liquids, far below every melting point
+        return state; // two liquids, far below every melting point
+    }
+    if (phases_.vapor && phases_.liquid) {
+        state.isTwoPhases = true;
+        state.vapor = phases_.vapor->fraction;
+        for (std::size_t i = 0; i < z_.size(); ++i) {
+            state.lnK.push_back(std::log(std::max(phases_.vapor->x[i], 1e-290)) -
+                                std::log(std::max(phases_.liquid->x[i], 1e-290)));
+        }
     }
     return state;
 }
@@ -70,16 +78,12 @@ void QualityScan::narrow(State a, State b, std::vector<QualityStart>& found) {
         const bool isBeyond = middle.isTwoPhases ? isBetween(a, middle) : true;
         (isBeyond ? b : a) = std::move(middle);
     }
-    const State& nearest = b.isTwoPhases && std::abs(b.vapor() - beta_) < std::abs(a.vapor() - beta_) ? b : a;
-    if (std::abs(nearest.vapor() - beta_) > atTheBorder) {
+    const State& nearest = b.isTwoPhases && std::abs(b.vapor - beta_) < std::abs(a.vapor - beta_) ? b : a;
+    if (std::abs(nearest.vapor - beta_) > atTheBorder) {
         return;
     }
-    QualityStart start{{}, nearest.phases.T, nearest.phases.P};
-    for (std::size_t i = 0; i < z_.size(); ++i) {
-        start.lnK.push_back(std::log(std::max(nearest.phases.vapor->x[i], 1e-290)) -
-                            std::log(std::max(nearest.phases.liquid->x[i], 1e-290)));
-    }
-    found.push_back(std::move(start));
+    const double other = std::exp(nearest.where);
+    found.push_back({nearest.lnK, isByTemperature_ ? value_ : other, isByTemperature_ ? other : value_});
 }
 
 std::vector<QualityStart> QualityScan::starts(double low, double high) {
