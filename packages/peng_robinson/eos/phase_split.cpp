@@ -220,7 +220,8 @@ bool PhaseSplitter::splitDownhill(const Isotherm& isotherm, double P, std::span<
     }
     moles_.resize(n);
     bool isFirst = true;
-    for (double amount = 0.9 * most; amount > 1e-4 * most; amount *= 0.5) {
+    double amount = 0.9 * most;
+    for (int halvings = 0; halvings < 14; ++halvings, amount *= 0.5) {
         for (std::size_t i = 0; i < n; ++i) {
             moles_[i] = amount * formed[i] / sum;
         }
