@@ -124,13 +124,18 @@ HRESULT STDMETHODCALLTYPE MemoryStream::CopyTo(IStream* stream, ULARGE_INTEGER c
         const auto found = ahead(count.LowPart);
         // A copy: the other stream may write into this one's buffer while it reads.
         const Bytes bytes{found.begin(), found.end()};
+        const auto size = static_cast<ULONG>(bytes.size());
         const std::uint8_t nothing = 0;
-        ULONG written = 0;
-        const HRESULT code = stream->Write(bytes.empty() ? &nothing : bytes.data(),
-                                           static_cast<ULONG>(bytes.size()), &written);
-        position_ += bytes.size();
-        report(readCount, bytes.size());
-        report(writtenCount, written);
+        constexpr ULONG untold = std::numeric_limits<ULONG>::max();
+        ULONG written = untold;
+        // The other stream may let go of this one.
+        const auto self = com::com_ptr<MemoryStream>::share(this);
+        const HRESULT code = stream->Write(bytes.empty() ? &nothing : bytes.data(), size, &written);
+        position_ += size;
+        report(readCount, size);
+        // Without a count that can be true, success means all and failure means nothing.
+        const ULONG assumed = SUCCEEDED(code) ? size : 0;
+        report(writtenCount, written <= size ? written : assumed);
         return SUCCEEDED(code) && available > count.LowPart ? S_FALSE : code;
     } catch (...) {
         return E_OUTOFMEMORY;

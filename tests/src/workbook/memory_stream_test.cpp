@@ -30,13 +30,16 @@ class Listener final : public test::RefusingStream {
         if (meanwhile) {
             meanwhile();
         }
-        *written = claimed.value_or(count);
+        if (counts) {
+            *written = claimed.value_or(count);
+        }
         return answer;
     }
 
     std::string heard;
     int calls = 0;
     HRESULT answer = S_OK;
+    bool counts = true; ///< tells how much was written
     std::optional<ULONG> claimed;
     std::function<void()> meanwhile;
 };
@@ -289,6 +292,24 @@ TEST_F(Copying, ReportsWhatTheTargetSays) {
     EXPECT_EQ(readCount.QuadPart, 3U);
     EXPECT_EQ(writtenCount.QuadPart, 1U);
 }
+TEST_F(Copying, TellsOfAllOrNothingWhenTheTargetDoesNotCount) {
+    const auto countAfter = [&](HRESULT answer) {
+        target->answer = answer;
+        EXPECT_EQ(copy(openForReading("abc"), 3), answer);
+        return writtenCount.QuadPart;
+    };
+    target->counts = false;
+    EXPECT_EQ(countAfter(S_OK), 3U);
+    EXPECT_EQ(countAfter(STG_E_MEDIUMFULL), 0U);
+    target->counts = true;
+    target->claimed = 4; // more than it was given
+    EXPECT_EQ(countAfter(S_OK), 3U);
+    EXPECT_EQ(countAfter(STG_E_MEDIUMFULL), 0U);
+    target->claimed = 0;
+    EXPECT_EQ(countAfter(S_OK), 0U);
+    target->claimed = 2;
+    EXPECT_EQ(countAfter(STG_E_MEDIUMFULL), 2U);
+}
 TEST_F(Copying, GivesTheTargetsResult) {
     target->answer = S_FALSE;
     EXPECT_EQ(copy(openForReading("abc"), 3), S_FALSE);
@@ -316,6 +337,20 @@ TEST_F(Copying, SurvivesATargetThatChangesTheSource) {
     target->meanwhile = [&] { stream->SetSize(number(1)); };
     EXPECT_EQ(copy(stream, 6), S_OK);
     EXPECT_EQ(read(stream, 1, S_FALSE), "");
+}
+TEST_F(Copying, SurvivesATargetThatLetsGoOfTheSource) {
+    auto stream = openForReading("abc");
+    IStream* const source = stream.get();
+    const long whole = com::liveObjects;
+    long meanwhile = 0;
+    target->meanwhile = [&] {
+        stream.reset();
+        meanwhile = com::liveObjects;
+    };
+    EXPECT_EQ(source->CopyTo(target.get(), number(3), &readCount, nullptr), S_OK);
+    EXPECT_EQ(readCount.QuadPart, 3U);
+    EXPECT_EQ(meanwhile, whole);
+    EXPECT_EQ(com::liveObjects, whole - 1);
 }
 TEST_F(Copying, IntoItselfLeavesTheContent) {
     const auto stream = open("abcdef");
