@@ -65,8 +65,13 @@ void WorkbookStore::createPackage(WorkbookKey workbook, const std::wstring& ppNa
     }
     auto package = std::make_shared<PropertyPackage>(std::move(managerName), managerGUID, type,
                                                      std::move(packageName), nullptr);
-    // Looked up again: creating a package runs foreign code, which may have changed the store.
-    if (!tableOf(workbook).try_emplace(ppName, std::move(package)).second) {
+    // Looked up again: creating a package runs foreign code, which may have changed the store. Of a workbook
+    // that was closed nobody would ever release the package.
+    const auto table = tables_.find(workbook);
+    if (table == tables_.end()) {
+        throw CWStrException{L"The workbook was closed while the package was created"};
+    }
+    if (!table->second.try_emplace(ppName, std::move(package)).second) {
         throw CWStrException{taken};
     }
 }

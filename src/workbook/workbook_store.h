@@ -50,8 +50,8 @@ class WorkbookStore {
     /// The package. Throws CWStrException "No such package".
     std::shared_ptr<PropertyPackage> require(WorkbookKey workbook, const std::wstring& ppName);
 
-    /// Creates a package and enters it. Throws CWStrException when `ppName` is taken, and what
-    /// PropertyPackage throws; the store is then as it was.
+    /// Creates a package and enters it. Throws CWStrException when `ppName` is taken or the workbook is
+    /// closed meanwhile, and what PropertyPackage throws; the store is then as it was.
     void createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName,
                        const GUID& managerGUID, CAPEOPENPackageManagerType type, std::wstring packageName);
     /// Enters a package in the place of one that has the name. False when the workbook has no table (any
