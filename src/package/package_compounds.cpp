@@ -1,5 +1,6 @@
 // Constants and temperature-dependent properties of a PropertyPackage's compounds.
 #include "src/foundation/error_texts.h"
+#include "src/foundation/outputs.h"
 #include "src/package/lent_texts.h"
 #include "src/package/property_package.h"
 
@@ -8,9 +9,9 @@ namespace quorvane {
 namespace {
 
 // Some values may be missing; the others are there all the same.
-void requireValues(HRESULT code, IUnknown* source) {
+void requireValues(HRESULT code, ArrayVariant& values, IUnknown* source) {
     if (code != static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR)) {
-        requireSuccess(code, source, {});
+        requireSuccess(received(code, values), source, {});
     }
 }
 
@@ -37,7 +38,8 @@ ArrayVariant PropertyPackage::compoundConstant(BSTR constantName, std::int32_t c
     const ArrayVariant ids = compoundIds(compound);
     const LentTexts names{propertyNameArray1_, {constantName}};
     ArrayVariant values;
-    requireValues(compounds_->GetCompoundConstant(names.value(), ids.value, values.put()), compounds_.get());
+    const HRESULT code = compounds_->GetCompoundConstant(names.value(), ids.value, values.put());
+    requireValues(code, values, compounds_.get());
     return values;
 }
 
@@ -47,8 +49,8 @@ ArrayVariant PropertyPackage::temperatureDependentProperty(BSTR propertyName, do
     const ArrayVariant ids = compoundIds(compound);
     const LentTexts names{propertyNameArray1_, {propertyName}};
     ArrayVariant values;
-    requireValues(compounds_->GetTDependentProperty(names.value(), T, ids.value, values.put()),
-                  compounds_.get());
+    const HRESULT code = compounds_->GetTDependentProperty(names.value(), T, ids.value, values.put());
+    requireValues(code, values, compounds_.get());
     return values;
 }
 

@@ -1,6 +1,7 @@
 // What a PropertyPackage reads from its component and keeps: compounds, phases, property lists.
 #include "src/foundation/error_texts.h"
 #include "src/foundation/missing.h"
+#include "src/foundation/outputs.h"
 #include "src/foundation/text.h"
 #include "src/package/property_package.h"
 
@@ -30,7 +31,7 @@ ArrayVariant propertyList(ArrayVariant& cached, Interface* source,
                           const wchar_t* invalid) {
     if (cached.isEmpty()) {
         ArrayVariant names;
-        requireSuccess((source->*read)(names.put()), source, failure);
+        requireSuccess(received((source->*read)(names.put()), names), source, failure);
         sortNames(names, invalid);
         cached = std::move(names);
     }
@@ -57,11 +58,11 @@ void PropertyPackage::loadCompounds() {
         return;
     }
     std::array<ArrayVariant, CompoundList_Count> lists;
-    requireSuccess(compounds_->GetCompoundList(
-                       lists[CompoundList_Ids].put(), lists[CompoundList_Formulae].put(),
-                       lists[CompoundList_Names].put(), lists[CompoundList_BoilingPoints].put(),
-                       lists[CompoundList_MolecularWeights].put(), lists[CompoundList_CasNumbers].put()),
-                   compounds_.get(), L"Failed to obtain compound data: ");
+    const HRESULT code = compounds_->GetCompoundList(
+        lists[CompoundList_Ids].put(), lists[CompoundList_Formulae].put(), lists[CompoundList_Names].put(),
+        lists[CompoundList_BoilingPoints].put(), lists[CompoundList_MolecularWeights].put(),
+        lists[CompoundList_CasNumbers].put());
+    requireSuccess(received(code, lists), compounds_.get(), L"Failed to obtain compound data: ");
     requireVector(lists[CompoundList_Ids], VT_BSTR, L"Invalid values for compound IDs: ");
     requireVector(lists[CompoundList_Names], VT_BSTR, L"Invalid values for compound names: ");
     requireVector(lists[CompoundList_MolecularWeights], VT_R8, L"Invalid values for molecular weights: ");
@@ -112,11 +113,10 @@ void PropertyPackage::loadPhases() {
     if (!phaseLabels_.isEmpty()) {
         return;
     }
-    ArrayVariant labels;
-    ArrayVariant states;
-    ArrayVariant keyCompounds;
-    requireSuccess(phases_->GetPhaseList(labels.put(), states.put(), keyCompounds.put()), phases_.get(),
-                   L"Failed to obtain list of phases: ");
+    std::array<ArrayVariant, 3> lists;
+    auto& [labels, states, keyCompounds] = lists;
+    const HRESULT code = phases_->GetPhaseList(labels.put(), states.put(), keyCompounds.put());
+    requireSuccess(received(code, lists), phases_.get(), L"Failed to obtain list of phases: ");
     requireVector(labels, VT_BSTR, L"Invalid phase name list: ");
     requireVector(states, VT_BSTR, L"Invalid aggregation state list: ");
     if (labels.count != states.count) {
@@ -182,7 +182,7 @@ ArrayVariant PropertyPackage::equilibriumConditionNames() {
         // A package that cannot list its properties still offers the plain conditions.
         ArrayVariant offered;
         std::wstring ignored;
-        if (SUCCEEDED(propertyRoutine_->GetSinglePhasePropList(offered.put())) &&
+        if (SUCCEEDED(received(propertyRoutine_->GetSinglePhasePropList(offered.put()), offered)) &&
             inspectVector(offered, VT_BSTR, ignored)) {
             for (const BSTR name : offered.elements<BSTR>()) {
                 const PropertyInfo& info = lookupProperty(name);

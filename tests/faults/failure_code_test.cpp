@@ -74,10 +74,12 @@ TEST_P(FailureCode, IsTold) {
     const Manner manner = GetParam().manner;
     const std::string& way = call->way;
     const HRESULT value = manner == Manner::nothing ? S_OK : code->value;
+    const std::size_t touched = scripted::touchesOfRubbish();
     const std::string result = go(way, [&] { inject(*this, *call, value, manner); });
     // A success without an object is the lack of the interface.
     const HRESULT told = manner == Manner::nothing ? E_NOINTERFACE : value;
     EXPECT_EQ(result, expected(outcome(), way, told, reason()));
+    EXPECT_EQ(scripted::touchesOfRubbish(), touched) << "what a failing call leaves is not ours to free";
     takeBack(*this, *call);
     expectHealthyAgain(way, result);
 }

@@ -35,7 +35,29 @@ void require(bool fits) {
     }
 }
 
+// Stands where nobody may use anything.
+class Rubbish final : public IUnknown {
+  public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** out) noexcept override {
+        ++touches;
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return static_cast<ULONG>(++touches); }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return static_cast<ULONG>(++touches); }
+
+    std::size_t touches = 0;
+    wchar_t text[8] = L"rubbish"; ///< not made by Automation, which must not free it
+};
+
+Rubbish& rubbish() {
+    static Rubbish object;
+    return object;
+}
+
 } // namespace
+
+std::size_t touchesOfRubbish() noexcept { return rubbish().touches; }
 
 com::variant duplicate(const VARIANT& value) {
     return value.vt == VT_BSTR && value.bstrVal == nullptr ? com::variant::attach(value)
@@ -89,6 +111,16 @@ void Out::replace(com::variant value) const {
     com::assign(value_, std::move(value));
 }
 
+void Out::leaveRubbish() const {
+    if (value_ != nullptr) {
+        com::variant::attach(*value_).clear();
+        value_->vt = VT_UNKNOWN;
+        value_->punkVal = &rubbish();
+    } else if (text_ != nullptr) {
+        *text_ = rubbish().text;
+    }
+}
+
 HRESULT QueryAnswer::end(void** out, const std::function<HRESULT()>& query) const {
     static std::uintptr_t rubbish[4] = {};
     if (pointer == Pointer::Interface) {
@@ -132,6 +164,11 @@ void Script::failsAt(std::size_t number, std::string method, HRESULT code, std::
 void Script::ends(std::string method, HRESULT code) {
     hook(std::move(method), [code](Call& call) {
         static_cast<void>(call.healthy());
+        if (FAILED(code)) {
+            for (const Out& output : call.out) {
+                output.leaveRubbish();
+            }
+        }
         return code;
     });
 }

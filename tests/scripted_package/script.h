@@ -33,6 +33,9 @@ com::variant duplicate(const VARIANT& value);
 /// failing.
 void leaveErrorInformation(const std::wstring& description);
 
+/// How often somebody has used what failing calls left in outputs that are values.
+std::size_t touchesOfRubbish() noexcept;
+
 /// One output of a method. What the script gives it must be of its type.
 class Out {
   public:
@@ -53,6 +56,8 @@ class Out {
     const VARIANT& value() const;
     /// Puts something else where a healthy answer already is.
     void replace(com::variant value) const;
+    /// Leaves what nobody may touch; a value is cleared before, and counts who does (touchesOfRubbish).
+    void leaveRubbish() const;
 
   private:
     VARIANT* value_ = nullptr;
@@ -130,7 +135,7 @@ class Script {
     /// Of the calls of a method from now on the one of this number, counted from 1, fails.
     void failsAt(std::size_t number, std::string method, HRESULT code, std::wstring description = {},
                  std::wstring name = {});
-    /// The method does its work and answers this all the same.
+    /// The method does its work and answers this all the same. A failing one leaves rubbish in its outputs.
     void ends(std::string method, HRESULT code);
 
     /// The component answers E_NOINTERFACE when asked for this interface.
