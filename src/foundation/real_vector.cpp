@@ -7,20 +7,51 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace quorvane {
 
 namespace {
 
+// What an object stands for; empty when it does not say.
+std::optional<com::variant> defaultValue(IDispatch* object) {
+    DISPPARAMS none{};
+    com::variant value;
+    const HRESULT code = object->Invoke(DISPID_VALUE, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none,
+                                        value.put(), nullptr, nullptr);
+    if (FAILED(code)) {
+        static_cast<void>(value.release()); // must be empty then; not ours to free otherwise
+        return std::nullopt;
+    }
+    return value;
+}
+
 double elementToReal(const VARIANT& element) {
     if (element.vt == VT_R8) {
         return element.dblVal;
     }
-    if (const auto number = com::convert(element, VT_R8, 0, LOCALE_NEUTRAL)) {
+    // Automation itself would ask an object that stands for itself without end.
+    constexpr int mostObjects = 8;
+    com::variant held;
+    const VARIANT* given = &element;
+    for (int i = 0; i < mostObjects; ++i) {
+        const VARIANT object = withoutReference(*given);
+        if (object.vt != VT_DISPATCH || object.pdispVal == nullptr) {
+            break;
+        }
+        held = com::variant::object(object.pdispVal);
+        auto value = defaultValue(held.pdispVal);
+        if (!value) {
+            break;
+        }
+        held = std::move(*value);
+        given = &held;
+    }
+    if (const auto number = com::convert(*given, VT_R8, VARIANT_NOVALUEPROP, LOCALE_NEUTRAL)) {
         return number->dblVal;
     }
-    if (const auto text = com::convert(element, VT_BSTR, 0, LOCALE_NEUTRAL)) {
+    if (const auto text = com::convert(*given, VT_BSTR, VARIANT_NOVALUEPROP, LOCALE_NEUTRAL)) {
         throw WStrException{joined(L"Failed to convert \"", com::viewOf(text->bstrVal), L"\" to real value")};
     }
     throw CWStrException{L"Array contains values that are not numbers"};
@@ -83,11 +114,12 @@ std::vector<double> readRealVector(const VARIANT& argument, std::vector<double> 
     }
     if (const com::com_ptr<IDispatch> range = asRange(value)) {
         const com::variant contents = readRangeValue(range.get());
-        if (contents.vt == VT_DISPATCH || contents.vt == VT_UNKNOWN || isOmitted(contents)) {
+        const VARIANT read = withoutReference(contents);
+        if (read.vt == VT_DISPATCH || read.vt == VT_UNKNOWN || isOmitted(read)) {
             // A cell cannot hold an object, and an error cell holds no number.
             throw CWStrException{L"not a real array"};
         }
-        return readRealVector(contents, std::move(reuse));
+        return readRealVector(read, std::move(reuse));
     }
     switch (value.vt) {
     case VT_EMPTY:

@@ -142,7 +142,7 @@ def calls_of(name, code, headers, methods, problems):
         arguments = [part.strip() for part in arguments_at(code, found.end()).split(",")]
         if arguments[2:3] == ["0"]:
             asking.add(function_at(code, found.start()))
-        elif arguments[2:]:
+        elif arguments[2:] and arguments[2] != "VARIANT_NOVALUEPROP":
             problems.append(f"{name}: does com::convert with {arguments[2]} ask objects for their value?")
     for function in sorted(asking):
         yield "IDispatch", "Invoke", function

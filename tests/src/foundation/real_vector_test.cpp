@@ -172,6 +172,28 @@ TEST(RealVector, TakesTheDefaultValueOfAnObjectInAnArray) {
               (Reals{0.25, 0.75}));
 }
 
+TEST(RealVector, TakesTheDefaultValueOfAnObjectThatIsOneItself) {
+    const auto inner = rangeOf(com::variant{0.75});
+    const auto outer = rangeOf(reference(*inner));
+    EXPECT_EQ(readRealVector(cells({{1, 0}}, com::variant::object(outer->dispatch()))), Reals{0.75});
+}
+
+TEST(RealVector, DoesNotAskAnObjectThatStandsForItselfWithoutEnd) {
+    const auto object = rangeOf({});
+    object->answer = reference(*object);
+    EXPECT_EQ(refusal(cells({{1, 0}}, com::variant::object(object->dispatch()))),
+              L"Array contains values that are not numbers");
+    object->answer.clear();
+}
+
+TEST(RealVector, LeavesAloneWhatAnObjectWithoutValueLeft) {
+    const auto object = rangeOf({});
+    object->invokeResult = E_FAIL;
+    object->leavesRubbish = true;
+    EXPECT_EQ(refusal(cells({{1, 0}}, com::variant::object(object->dispatch()))),
+              L"Array contains values that are not numbers");
+}
+
 TEST(RealVector, UnlocksTheArrayOnEveryPath) {
     const com::variant good = reals({{2, 0}}, {1.0, 2.0});
     readRealVector(good);
@@ -246,6 +268,14 @@ TEST(RealVector, IsNotMadeOfOtherObjects) {
     EXPECT_EQ(refusal(reference(*object)), L"not a real array");
     EXPECT_TRUE(object->reads.empty());
     EXPECT_EQ(refusal(com::variant::object(nullptr)), L"not a real array");
+}
+
+TEST(RealVector, DoesNotFollowARangeThatRefersToItself) {
+    const auto range = rangeOf({});
+    IDispatch* self = range->dispatch();
+    range->answer.vt = VT_BYREF | VT_DISPATCH;
+    range->answer.ppdispVal = &self;
+    EXPECT_EQ(refusal(reference(*range)), L"not a real array");
 }
 
 TEST(RealVector, DoesNotFollowARangeThatYieldsRanges) {
