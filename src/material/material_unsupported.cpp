@@ -27,7 +27,10 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetCompoundList(VARIANT* ids, VARIAN
     return capeCall(L"MaterialObject11::GetCompoundList", compounds, [&] {
         std::array<com::variant, CompoundList_Count> copies;
         for (std::size_t i = 0; i < CompoundList_Count; ++i) {
-            copies[i] = com::variant::copyOf(owner().compoundList(static_cast<CompoundList>(i)).value);
+            // What the package gave as a list that nobody else looks at may be anything.
+            if (auto copy = com::copyIfPossible(owner().compoundList(static_cast<CompoundList>(i)).value)) {
+                copies[i] = std::move(*copy);
+            }
         }
         for (std::size_t i = 0; i < CompoundList_Count; ++i) {
             com::assign(outputs[i], std::move(copies[i]));

@@ -16,12 +16,14 @@ com::variant readFiller(const VARIANT& argument) {
     const VARIANT given = withoutReference(argument);
     if (!isOmitted(given)) {
         const ArrayVariant resolved = resolveRangeValue(given);
-        if ((resolved.value.vt & VT_ARRAY) != 0 || resolved.value.vt == VT_DISPATCH ||
-            resolved.value.vt == VT_UNKNOWN) {
+        const bool isSingle = (resolved.value.vt & VT_ARRAY) == 0 && resolved.value.vt != VT_DISPATCH &&
+                              resolved.value.vt != VT_UNKNOWN;
+        auto filler = isSingle ? com::copyIfPossible(resolved.value) : std::nullopt;
+        if (!filler) {
             throw CWStrException{L"Invalid value for noNumber - expected a single value"};
         }
         if (!resolved.isEmpty()) {
-            return com::variant::copyOf(resolved.value);
+            return std::move(*filler);
         }
     }
     return com::variant{com::makeBstr({})};

@@ -88,6 +88,13 @@ std::string seen(const VARIANT& value) {
     return value.vt == VT_BSTR ? narrow(com::viewOf(value.bstrVal)) : scripted::textOf(value);
 }
 
+scripted::Failure refusalOf(ICapeThermoMaterial* material) {
+    com::unique_bstr text;
+    const auto user = com::queryFor<ECapeUser>(material);
+    user->get_description(text.put());
+    return {static_cast<HRESULT>(ECapeComputationHR), std::wstring{com::viewOf(text)}, {}};
+}
+
 IID iidNamed(const std::string& interfaceName) {
     for (const Named& known : interfaces) {
         if (known.name == interfaceName) {

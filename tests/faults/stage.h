@@ -74,6 +74,9 @@ class Stage : public tests::Worksheet {
 /// number.
 std::string seen(const VARIANT& value);
 
+/// What the material says about a write that it refused, as a failure of the package.
+scripted::Failure refusalOf(ICapeThermoMaterial* material);
+
 IID iidNamed(const std::string& interfaceName);
 
 } // namespace faults

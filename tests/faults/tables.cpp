@@ -109,6 +109,17 @@ const std::vector<ArrayRow>& writes() {
     return read;
 }
 
+const std::vector<NameRow>& writtenNames() {
+    static const std::vector<NameRow> read = [] {
+        std::vector<NameRow> all;
+        for (const auto& row : rowsOf(L"names.tsv", 6)) {
+            all.push_back({row[0], row[1], row[2], row[3], row[4], row[5]});
+        }
+        return all;
+    }();
+    return read;
+}
+
 const std::map<std::string, std::string>& resultsWithoutFault() {
     static const std::map<std::string, std::string> read = [] {
         std::map<std::string, std::string> all;

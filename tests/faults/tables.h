@@ -1,5 +1,5 @@
-// The tables of the matrix, which lie beside the test program: calls.tsv, outputs.tsv, writes.tsv and
-// ways.tsv. Each explains its columns at its head.
+// The tables of the matrix, which lie beside the test program: calls.tsv, names.tsv, outputs.tsv,
+// writes.tsv and ways.tsv. Each explains its columns at its head.
 #pragma once
 
 #include <map>
@@ -49,6 +49,18 @@ struct ArrayRow {
 
 const std::vector<ArrayRow>& outputs();
 const std::vector<ArrayRow>& writes();
+
+/// A text that a package hands over with its results, and what is shown when it is not as it should be.
+struct NameRow {
+    std::string call;
+    std::string setter;
+    std::string argument;
+    std::string null;
+    std::string empty;
+    std::string odd;
+};
+
+const std::vector<NameRow>& writtenNames();
 
 /// What the user sees when nothing fails, for each way.
 const std::map<std::string, std::string>& resultsWithoutFault();

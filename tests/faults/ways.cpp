@@ -181,10 +181,18 @@ Way mixture(const wchar_t* property, com::variant (*basis)(), const char* compos
 
 com::variant byMass() { return text(L"mass"); }
 
-Way flash(const wchar_t* options) {
-    return function(L"CapeOpenPhaseEquilibrium", [=](Stage&) {
+Way twoPhase(const wchar_t* property) {
+    return function(L"CapeOpenTwoPhaseProperty", [=](Stage&) {
+        return list(text(L"P"), text(property), text(L"Vapor"), text(L"Liquid"), number(350.0), number(1e5),
+                    cells({1.0, 1.0, 2.0}), cells({1.0, 2.0, 1.0}));
+    });
+}
+
+Way flash(const wchar_t* options, const char* filler = nullptr) {
+    return function(L"CapeOpenPhaseEquilibrium", [=](Stage& stage) {
         return list(text(L"P"), cells({1.0, 1.0, 2.0}), text(L"temperature"), number(300.0),
-                    text(L"pressure"), number(1e5), omitted(), text(options), text(L"#"), text(L"matrix"));
+                    text(L"pressure"), number(1e5), omitted(), text(options),
+                    filler == nullptr ? text(L"#") : object(stage, filler), text(L"matrix"));
     });
 }
 
@@ -260,11 +268,13 @@ std::map<std::string, Way> allWays() {
     ways["CapeOpenMixtureProperty of a derivative by mass"] = mixture(L"enthalpy.DmolFraction", byMass);
     // The second conversion of a derivative on one package is refused, failures or not.
     ways["CapeOpenMixtureProperty of a derivative by mass"].again = {};
-    ways["CapeOpenTwoPhaseProperty"] = function(L"CapeOpenTwoPhaseProperty", [](Stage&) {
-        return list(text(L"P"), text(L"kvalue"), text(L"Vapor"), text(L"Liquid"), number(350.0), number(1e5),
-                    cells({1.0, 1.0, 2.0}), cells({1.0, 2.0, 1.0}));
-    });
+    ways["CapeOpenMixtureProperty of derivatives"] = mixture(L"enthalpy.DmolFraction", omitted);
+    ways["CapeOpenMixtureProperty of derivatives of compounds"] =
+        mixture(L"fugacityCoefficient.DmolFraction", omitted);
+    ways["CapeOpenTwoPhaseProperty"] = twoPhase(L"kvalue");
+    ways["CapeOpenTwoPhaseProperty of derivatives"] = twoPhase(L"kvalue.DmolFraction");
     ways["CapeOpenPhaseEquilibrium"] = flash(L"");
+    ways["CapeOpenPhaseEquilibrium with a filler"] = flash(L"", "cell");
     ways["CapeOpenPhaseEquilibrium with enthalpies"] = flash(L"enthalpy");
     ways["CapeOpenCompounds of a failing package"] = failingCompounds(L"the description");
     ways["CapeOpenCompounds of a package without words"] = failingCompounds(L"");

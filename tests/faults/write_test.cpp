@@ -47,6 +47,28 @@ const Write allWrites[] = {
      [](Material& m, const VARIANT& v) {
          return m.SetTwoPhaseProp(com::makeBstr(L"kvalue").get(), labels(), nullptr, v);
      }},
+    {"derivatives", "CapeOpenMixtureProperty of derivatives",
+     [] {
+         return reals({1.0, 2.0, 3.0});
+     },
+     [](Material& m, const VARIANT& v) {
+         return single(m, L"enthalpy.DmolFraction", L"Liquid", L"Mole", v);
+     }},
+    {"derivatives of compounds", "CapeOpenMixtureProperty of derivatives of compounds",
+     [] {
+         return reals({1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0});
+     },
+     [](Material& m, const VARIANT& v) {
+         return single(m, L"fugacityCoefficient.DmolFraction", L"Liquid", nullptr, v);
+     }},
+    {"derivatives of two phases", "CapeOpenTwoPhaseProperty of derivatives",
+     [] {
+         return reals(
+             {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5, 7.5, 8.5, 9.5});
+     },
+     [](Material& m, const VARIANT& v) {
+         return m.SetTwoPhaseProp(com::makeBstr(L"kvalue.DmolFraction").get(), labels(), nullptr, v);
+     }},
     {"phases of the K values", "CapeOpenTwoPhaseProperty", labels,
      [](Material& m, const VARIANT& v) {
          return m.SetTwoPhaseProp(com::makeBstr(L"kvalue").get(), v, nullptr, reals({1.0, 2.0, 3.0}));
@@ -86,14 +108,6 @@ const Write allWrites[] = {
 
 const Write& writeOf(const ArrayRow& row) { return *std::ranges::find(allWrites, row.place, &Write::place); }
 
-// What the material says about the write that it refused, in the package's name.
-[[noreturn]] void handOn(Material* material) {
-    com::unique_bstr text;
-    const auto user = com::queryFor<ECapeUser>(material);
-    user->get_description(text.put());
-    throw scripted::Failure{static_cast<HRESULT>(ECapeComputationHR), std::wstring{com::viewOf(text)}, {}};
-}
-
 class Writes : public Stage {
   protected:
     /// The calculation with nothing but this write, or for a flash with this write behind the others.
@@ -105,7 +119,7 @@ class Writes : public Stage {
                     static_cast<void>(call.healthy());
                 }
                 if (FAILED(write.write(*call.material, values))) {
-                    handOn(call.material);
+                    throw refusalOf(call.material);
                 }
                 return S_OK;
             });
