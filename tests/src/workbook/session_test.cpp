@@ -2,17 +2,14 @@
 #include "src/workbook/session.h"
 
 #include <gtest/gtest.h>
-#include <utility>
 
 namespace quorvane {
 namespace {
 
 TEST(LentReals, AreTheMemoryThatTheLastCallGaveBack) {
     Session session;
-    std::vector<double> reals(10);
-    const double* const memory = reals.data();
-    session.takeBackReals(std::move(reals));
-    EXPECT_EQ(session.lendReals().data(), memory);
+    session.takeBackReals(std::vector<double>(10));
+    EXPECT_EQ(session.lendReals().capacity(), 10U) << "new memory would have none";
 }
 
 TEST(LentReals, OfACallInsideACallAreNotThoseOfTheOuterOne) {
