@@ -7,6 +7,8 @@
 #include "com/platform.h"
 #include "com/type_library.h"
 
+#include <atomic>
+
 namespace com {
 
 template <typename Interface>
@@ -39,9 +41,15 @@ class ServedDual : public Interface {
     }
 
   private:
+    // Found once; looked for again where there was no memory for it.
     static ITypeInfo* typeInfo() noexcept {
-        // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): looked for once
-        static ITypeInfo* const info = typeInfoOf(__uuidof(Interface));
+        // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): kept for later calls
+        static std::atomic<ITypeInfo*> found{nullptr};
+        ITypeInfo* info = found;
+        if (info == nullptr) {
+            info = typeInfoOf(__uuidof(Interface));
+            found = info;
+        }
         return info;
     }
 };

@@ -3,6 +3,7 @@
 #include "com/dual.h"
 #include "com/implements.h"
 #include "com/owned.h"
+#include "tests/leak_gate/allocations.h"
 
 #include <quorvane_idl.h>
 
@@ -38,6 +39,21 @@ HRESULT callWithoutServices(IDispatch* object, DISPID id) {
     DISPPARAMS parameters{&argument, nullptr, 1, 0};
     return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr, nullptr,
                           nullptr);
+}
+
+// Before any other test of late binding in this program: nothing is known of the type library yet.
+TEST(ServedDual, ServesAfterMemoryWasShortForItsFirstCalls) {
+    using leak_gate::Refusal;
+    const auto object = make<Served>();
+    DISPID id = 0;
+    bool happened = true;
+    for (long long position = 1; happened; ++position) {
+        const Refusal refusal{leak_gate::testProgram, position, Refusal::Extent::One};
+        memberNamed(object->dispatch(), L"SetServices", id);
+        happened = refusal.happened();
+    }
+    EXPECT_EQ(memberNamed(object->dispatch(), L"SetServices", id), S_OK);
+    EXPECT_EQ(callWithoutServices(object->dispatch(), id), S_OK);
 }
 
 TEST(ServedDual, FindsItsMembersByName) {
