@@ -7,6 +7,7 @@
 #include <climits>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <unordered_map>
 #include <utility>
@@ -36,6 +37,29 @@ struct SystemAllocator {
 struct Block {
     Owner owner;
     std::size_t size;
+    Serial serial;
+    Block* older = nullptr;
+    Block* newer = nullptr;
+};
+
+// The blocks in the order of their numbers, so that the latest are found without a look at all of them.
+class Order {
+  public:
+    void append(Block& block) noexcept {
+        block.older = newest_;
+        (newest_ == nullptr ? newest_ : newest_->newer) = &block;
+        newest_ = &block;
+    }
+    void remove(const Block& block) noexcept {
+        (block.newer == nullptr ? newest_ : block.newer->older) = block.older;
+        if (block.older != nullptr) {
+            block.older->newer = block.newer;
+        }
+    }
+    const Block* newest() const noexcept { return newest_; }
+
+  private:
+    Block* newest_ = nullptr;
 };
 
 struct Account {
@@ -65,6 +89,8 @@ struct Book {
     std::unordered_map<void*, Block, std::hash<void*>, std::equal_to<>,
                        SystemAllocator<std::pair<void* const, Block>>>
         blocks;
+    Order order;
+    Serial latest = 0;
     std::array<Account, mostOwners> accounts{};
     Owner owners = 0;
     RefusalState refusal{};
@@ -93,6 +119,30 @@ Owner enterLocked(Book& book, std::string_view name) {
     return book.owners++;
 }
 
+bool isArmed(const Book& book, Owner owner) {
+    return book.refusal.armed && book.refusal.owner == owner && GetCurrentThreadId() == book.thread;
+}
+
+bool reachesRefused(RefusalState& refusal) {
+    ++refusal.reached;
+    return refusal.reached >= refusal.position && refusal.reached - refusal.position < refusal.count;
+}
+
+// The size of the block that was in the book.
+std::optional<std::size_t> takeOut(Book& book, void* block) {
+    const auto found = book.blocks.find(block);
+    if (found == book.blocks.end()) {
+        return std::nullopt;
+    }
+    const std::size_t size = found->second.size;
+    Use& use = book.accounts[found->second.owner].use;
+    --use.blocks;
+    use.bytes -= static_cast<long long>(size);
+    book.order.remove(found->second);
+    book.blocks.erase(found);
+    return size;
+}
+
 } // namespace
 
 namespace book {
@@ -113,15 +163,31 @@ Use useOf(Owner owner) {
     return book.accounts[owner].use;
 }
 
+Serial latest() {
+    Book& book = theBook();
+    const std::lock_guard guard{book.lock};
+    return book.latest;
+}
+
+UseOfAll leftOf(Serial after, Serial last) {
+    Book& book = theBook();
+    const std::lock_guard guard{book.lock};
+    UseOfAll left{};
+    for (const Block* block = book.order.newest(); block != nullptr && block->serial > after;
+         block = block->older) {
+        if (block->serial <= last) {
+            ++left[block->owner].blocks;
+            left[block->owner].bytes += static_cast<long long>(block->size);
+        }
+    }
+    return left;
+}
+
 bool refuses(Owner owner) {
     Book& book = theBook();
-    RefusalState& refusal = book.refusal;
-    if (!refusal.armed || refusal.owner != owner || GetCurrentThreadId() != book.thread ||
-        (owner == comAllocator && std::exchange(book.importer, comAllocator) != refusal.importer)) {
-        return false;
-    }
-    ++refusal.reached;
-    return refusal.reached >= refusal.position && refusal.reached - refusal.position < refusal.count;
+    return isArmed(book, owner) &&
+           (owner != comAllocator || std::exchange(book.importer, comAllocator) == book.refusal.importer) &&
+           reachesRefused(book.refusal);
 }
 
 void beginImportedCall(Owner importer) {
@@ -136,7 +202,8 @@ void endImportedCall() { beginImportedCall(comAllocator); }
 void add(Owner owner, void* block, std::size_t size) {
     Book& book = theBook();
     const std::lock_guard guard{book.lock};
-    book.blocks.insert_or_assign(block, Block{owner, size});
+    takeOut(book, block);
+    book.order.append(book.blocks.try_emplace(block, Block{owner, size, ++book.latest}).first->second);
     Account& account = book.accounts[owner];
     ++account.allocations;
     ++account.use.blocks;
@@ -147,16 +214,9 @@ void add(Owner owner, void* block, std::size_t size) {
 bool remove(void* block, std::size_t& size) {
     Book& book = theBook();
     const std::lock_guard guard{book.lock};
-    const auto found = book.blocks.find(block);
-    if (found == book.blocks.end()) {
-        return false;
-    }
-    size = found->second.size;
-    Account& account = book.accounts[found->second.owner];
-    --account.use.blocks;
-    account.use.bytes -= static_cast<long long>(size);
-    book.blocks.erase(found);
-    return true;
+    const std::optional<std::size_t> taken = takeOut(book, block);
+    size = taken.value_or(size);
+    return taken.has_value();
 }
 
 } // namespace book

@@ -4,7 +4,9 @@
 // through Refusal.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -25,6 +27,10 @@ struct Use {
     long long blocks = 0;
     long long bytes = 0;
 };
+using UseOfAll = std::array<Use, mostOwners>;
+
+/// Blocks are numbered in the order of their allocation, from 1; one that is resized is a new block.
+using Serial = std::uint64_t;
 
 /// What one owner has allocated since the object was made.
 class AllocationUse {
@@ -43,7 +49,7 @@ class AllocationUse {
 };
 
 /// While it lives, one allocation of an owner is refused, or it and the next (which is often that of the
-/// exception), or all from there on. Of COM's allocator it is the first allocation within a function of
+/// exception), or all from there on. Of COM it is the first allocation within a function of
 /// Automation or COM that `importer` calls: Wine's functions lose memory themselves when they fail half-way.
 class Refusal {
   public:
@@ -73,6 +79,10 @@ Owner enter(const char* name);
 const char* nameOf(Owner owner);
 Owner owners();
 Use useOf(Owner owner);
+/// Of the latest block.
+Serial latest();
+/// What is not freed of the blocks after number `after`, up to number `last`.
+UseOfAll leftOf(Serial after, Serial last);
 
 /// To be asked before each allocation: whether it is to fail.
 bool refuses(Owner owner);

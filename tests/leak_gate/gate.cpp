@@ -5,7 +5,8 @@
 // What is made once and kept is no leak: type libraries, tables, what the system keeps of its own. No list of
 // such things is needed, because they do not grow: a test that leaves something is run alone, in a process of
 // its own, several times over, and has leaked when each of the last times leaves something as well. One time
-// would not do: the system's own threads open a handle now and then while the test runs.
+// would not do: the system's own threads open a handle now and then while the test runs. Memory that the next
+// run frees is not left either: it was kept for that, as a text that each run replaces.
 //
 // Lost references need no second look: nothing but a release too many ends an object from before the test.
 //
@@ -38,30 +39,41 @@ class Gate final : public testing::EmptyTestEventListener {
             return;
         }
         const State now = State::now();
-        const std::string change = now.changeSince(before_);
         if (now.hasLostObjectsSince(before_)) {
-            ADD_FAILURE() << "The test leaves behind:\n" << change;
+            ADD_FAILURE() << opening << now.changeSince(before_);
         } else if (isRunAgain()) {
-            timesLeft_ += isJudged_ && !change.empty() ? 1 : 0;
-            if (timesLeft_ == timesJudged) {
-                ADD_FAILURE() << "The test leaves behind:\n" << change;
-            }
-        } else if (!change.empty()) {
-            judge(test, change);
+            judgeRun(lastRun_.after.memoryLeftSince(lastRun_.before) + now.changeSince(before_));
+            lastRun_ = {before_, now};
+        } else {
+            judge(test, now.memoryLeftSince(before_) + now.changeSince(before_));
         }
     }
 
   private:
-    static void judge(const testing::TestInfo& test, const std::string& change) {
+    static constexpr const char* opening = "The test leaves behind:\n";
+
+    static void judge(const testing::TestInfo& test, const std::string& left) {
+        if (left.empty()) {
+            return;
+        }
         const Outcome again = runAgain(std::string{test.test_suite_name()} + "." + test.name());
         if (!again.passed) {
-            ADD_FAILURE() << "The test leaves behind:\n"
-                          << change << "and alone, run several times:\n"
-                          << again.said;
+            ADD_FAILURE() << opening << left << "and alone, run several times:\n" << again.said;
+        }
+    }
+
+    void judgeRun(const std::string& left) {
+        timesLeft_ += isJudged_ && !left.empty() ? 1 : 0;
+        if (timesLeft_ == timesJudged) {
+            ADD_FAILURE() << opening << left;
         }
     }
 
     State before_;
+    struct {
+        State before;
+        State after;
+    } lastRun_;
     bool isJudged_ = false;
     int timesLeft_ = 0;
 };

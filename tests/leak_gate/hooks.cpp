@@ -2,7 +2,7 @@
 
 #include "tests/leak_gate/allocations.h"
 #include "tests/leak_gate/import_table.h"
-#include "tests/leak_gate/system_objects.h"
+#include "tests/leak_gate/imported_calls.h"
 
 #include <psapi.h>
 
@@ -130,90 +130,14 @@ void watchHeap(HMODULE module) {
     });
 }
 
-// --- Functions of Automation and COM that allocate
-// -------------------------------------------------------------
-
-// Tells for which module COM allocates. One object stands for one function of one module.
-template <Owner owner, std::size_t which, typename Function>
-struct Imported;
-
-template <Owner owner, std::size_t which, typename Result, typename... Arguments>
-struct Imported<owner, which, Result(Arguments...)> {
-    static inline Result(STDAPICALLTYPE* original)(Arguments...) = nullptr;
-
-    static Result STDAPICALLTYPE call(Arguments... arguments) {
-        book::beginImportedCall(owner);
-        const Result result = original(arguments...);
-        book::endImportedCall();
-        return result;
-    }
-};
-
-// Wine loses a registry key when it is asked for the name of a class that is not registered, and two when it
-// is asked for an object of one. What it loses is not the tests' loss.
-std::atomic<long> handlesLost{0};
-
-template <std::size_t which, typename Function>
-struct LosesHandles;
-
-template <std::size_t which, typename... Arguments>
-struct LosesHandles<which, HRESULT(Arguments...)> {
-    static inline HRESULT(STDAPICALLTYPE* original)(Arguments...) = nullptr;
-
-    static HRESULT STDAPICALLTYPE call(Arguments... arguments) {
-        const long before = kernelHandles();
-        const HRESULT code = original(arguments...);
-        if (code == REGDB_E_CLASSNOTREG) {
-            handlesLost += kernelHandles() - before;
-        }
-        return code;
-    }
-};
-
-template <Owner owner>
-void watchAutomation(HMODULE module) {
-    forEachImport(module, [](const char* name, void** pointer) {
-        const auto is = [name](const char* other) { return std::strcmp(name, other) == 0; };
-        const auto watch = [pointer](auto imported) {
-            redirect(pointer, decltype(imported)::original, &decltype(imported)::call);
-        };
-        if (is("SysAllocString")) {
-            watch(Imported<owner, 0, decltype(SysAllocString)>{});
-        } else if (is("SysAllocStringLen")) {
-            watch(Imported<owner, 1, decltype(SysAllocStringLen)>{});
-        } else if (is("SafeArrayCreate")) {
-            watch(Imported<owner, 2, decltype(SafeArrayCreate)>{});
-        } else if (is("SafeArrayCreateVector")) {
-            watch(Imported<owner, 3, decltype(SafeArrayCreateVector)>{});
-        } else if (is("VariantCopyInd")) {
-            watch(Imported<owner, 4, decltype(VariantCopyInd)>{});
-        } else if (is("VariantChangeTypeEx")) {
-            watch(Imported<owner, 5, decltype(VariantChangeTypeEx)>{});
-        } else if (is("ProgIDFromCLSID")) {
-            watch(LosesHandles<0, HRESULT(REFCLSID, LPOLESTR*)>{});
-        } else if (is("CoCreateInstance")) {
-            watch(LosesHandles<1, HRESULT(REFCLSID, IUnknown*, DWORD, REFIID, void**)>{});
-        } else if (is("CoTaskMemAlloc")) {
-            watch(Imported<owner, 6, decltype(CoTaskMemAlloc)>{});
-        } else if (is("SafeArrayCopy")) {
-            watch(Imported<owner, 7, decltype(SafeArrayCopy)>{});
-        }
-    });
-}
-
-template <Owner owner>
-void watchModule(HMODULE module) {
-    watchHeap<owner>(module);
-    watchAutomation<owner>(module);
-}
-
 template <std::size_t... owner>
-void watchModuleAs(Owner wanted, HMODULE module, std::index_sequence<owner...>) {
-    ((owner == wanted ? watchModule<owner>(module) : void()), ...);
+void watchHeapAs(Owner wanted, HMODULE module, std::index_sequence<owner...>) {
+    ((owner == wanted ? watchHeap<owner>(module) : void()), ...);
 }
 
 void watchModuleAs(Owner owner, HMODULE module) {
-    watchModuleAs(owner, module, std::make_index_sequence<mostOwners>{});
+    watchHeapAs(owner, module, std::make_index_sequence<mostOwners>{});
+    watchImportedCalls(owner, module);
 }
 
 // --- COM's task allocator
@@ -335,7 +259,5 @@ void watchLoadedModules() {
 }
 
 long overrunBlocks() { return overruns; }
-
-long handlesLostByTheSystem() { return handlesLost; }
 
 } // namespace leak_gate

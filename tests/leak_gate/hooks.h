@@ -22,7 +22,4 @@ std::vector<HMODULE> watchedDlls();
 /// Blocks that were written to beyond their end, since the program started. They show when they are freed.
 long overrunBlocks();
 
-/// Handles that functions of the system opened and forgot, since the program started.
-long handlesLostByTheSystem();
-
 } // namespace leak_gate

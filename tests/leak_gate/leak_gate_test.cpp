@@ -2,9 +2,11 @@
 // starts.
 #include "com/com_object.h"
 #include "com/com_ptr.h"
+#include "com/implements.h"
 #include "com/owned.h"
 #include "tests/leak_gate/allocations.h"
 #include "tests/leak_gate/run_again.h"
+#include "tests/leak_gate/state.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,7 +34,31 @@ class Nothing final : public com::COMObject {
 std::vector<void*> lost;
 void lose(void* thing) { lost.push_back(thing); }
 
+// {4F0E7B43-9C37-4E0B-8E6C-7C6E0F0D2A91}
+constexpr CLSID unknownClass = {0x4F0E7B43, 0x9C37, 0x4E0B, {0x8E, 0x6C, 0x7C, 0x6E, 0x0F, 0x0D, 0x2A, 0x91}};
+
+void createUnknownClass() {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    com::com_ptr<IUnknown> object;
+    EXPECT_EQ(CoCreateInstance(unknownClass, nullptr, CLSCTX_ALL, IID_IUnknown, object.putVoid()),
+              REGDB_E_CLASSNOTREG);
+}
+
+class LosingFactory final : public com::implements<com::COMObject, IClassFactory> {
+  public:
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, void**) noexcept override {
+        for (int i = 0; i < 3; ++i) {
+            lose(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+        }
+        return REGDB_E_CLASSNOTREG;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
+};
+
 int runs = 0;
+
+// From before any test.
+std::vector<std::unique_ptr<int>> stock;
 
 struct Leak {
     const char* test;
@@ -66,6 +92,21 @@ const Leak leaks[] = {
          EXPECT_NE(key, nullptr);
      }},
     {"Event", [] { lose(CreateEventW(nullptr, TRUE, FALSE, nullptr)); }},
+    {"ClassThatIsNotThere", [] { createUnknownClass(); }},
+    {"EventBesideAClassThatIsNotThere",
+     [] {
+         createUnknownClass();
+         lose(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+     }},
+    {"EventsOfAClassThatSaysItIsNotThere",
+     [] {
+         DWORD cookie = 0;
+         const auto factory = com::make<LosingFactory>();
+         CoRegisterClassObject(unknownClass, static_cast<IClassFactory*>(factory.get()), CLSCTX_INPROC_SERVER,
+                               REGCLS_MULTIPLEUSE, &cookie);
+         createUnknownClass();
+         CoRevokeClassObject(cookie);
+     }},
     {"WriteBeyondTheEnd",
      [] {
          const volatile std::size_t length = 10; // so that the compiler does not see through it
@@ -84,6 +125,16 @@ const Leak leaks[] = {
              lose(new int{1});
          }
      }},
+    {"BesideAnOlderOneThatIsFreed",
+     [] {
+         stock.pop_back();
+         lose(new int{1});
+     }},
+    {"ReplacedEachTime",
+     [] {
+         static std::unique_ptr<int> kept;
+         kept = std::make_unique<int>(1);
+     }},
     {"OftenButNotEachTime",
      [] {
          if (++runs != timesRunAgain - 1) {
@@ -94,6 +145,9 @@ const Leak leaks[] = {
 
 const bool registered = [] {
     lost.reserve(100);
+    while (stock.size() < timesRunAgain) {
+        stock.push_back(std::make_unique<int>(1));
+    }
     for (const Leak& leak : leaks) {
         if (isRunAgain()) {
             testing::RegisterTest("Leaks", leak.test, nullptr, nullptr, __FILE__, __LINE__,
@@ -148,6 +202,13 @@ TEST(LeakGate, CatchesAReleaseTooManyOfAnObjectFromBefore) {
 }
 TEST(LeakGate, CatchesARegistryKey) { EXPECT_EQ(verdict("RegistryKey"), "\n  1 kernel handles"); }
 TEST(LeakGate, CatchesAnEvent) { EXPECT_EQ(verdict("Event"), "\n  1 kernel handles"); }
+TEST(LeakGate, ForgivesTheHandlesThatTheSystemLosesForAClassThatIsNotThere) {
+    EXPECT_EQ(verdict("ClassThatIsNotThere"), "passed");
+    EXPECT_EQ(verdict("EventBesideAClassThatIsNotThere"), "\n  1 kernel handles");
+}
+TEST(LeakGate, ForgivesAClassNoMoreHandlesThanTheSystemLoses) {
+    EXPECT_EQ(verdict("EventsOfAClassThatSaysItIsNotThere"), "\n  1 kernel handles");
+}
 TEST(LeakGate, CatchesAWriteBeyondTheEndOfABlock) {
     EXPECT_EQ(verdict("WriteBeyondTheEnd"), "\n  1 blocks written beyond their end");
 }
@@ -155,6 +216,10 @@ TEST(LeakGate, LetsATestPassThatMakesOnceWhatIsKept) { EXPECT_EQ(verdict("MadeOn
 TEST(LeakGate, LetsATestPassThatMakesWhatIsKeptTheSecondTime) {
     EXPECT_EQ(verdict("MadeWhenNeeded"), "passed");
 }
+TEST(LeakGate, CatchesABlockThoughAnOlderOneIsFreed) {
+    EXPECT_EQ(verdict("BesideAnOlderOneThatIsFreed"), "\n  the test program: 1 block, 4 bytes");
+}
+TEST(LeakGate, LetsATestPassThatReplacesWhatItKeeps) { EXPECT_EQ(verdict("ReplacedEachTime"), "passed"); }
 TEST(LeakGate, LetsATestPassThatLeavesNothingOneOfTheLastTimes) {
     EXPECT_EQ(verdict("OftenButNotEachTime"), "passed");
 }
@@ -163,6 +228,14 @@ TEST(LeakGate, DoesNotTakeATestForPassedThatDidNotRun) {
 }
 TEST(LeakGate, KnowsOnlyTheModulesBesideTheProgram) {
     EXPECT_THROW(ownerOf("kernel32.dll"), std::invalid_argument);
+}
+
+TEST(LeakGate, LooksAtATestAgainThatFreesAnOlderBlockAndLeavesOne) {
+    auto older = std::make_unique<int>(1);
+    const State before = State::now();
+    older.reset();
+    const auto left = std::make_unique<int>(1);
+    EXPECT_EQ(State::now().memoryLeftSince(before), "  the test program: 1 block, 4 bytes\n");
 }
 
 TEST(LeakGate, CountsWhatIsAllocatedAndTheMostAtATime) {

@@ -2,6 +2,7 @@
 
 #include "com/module.h"
 #include "tests/leak_gate/hooks.h"
+#include "tests/leak_gate/imported_calls.h"
 #include "tests/leak_gate/system_objects.h"
 
 namespace leak_gate {
@@ -36,12 +37,7 @@ void leaveOutWhatUnloadedDllsKeep() noexcept { unloadedDllsCount = false; }
 
 State State::now() {
     State state;
-    state.owners = book::owners();
-    for (Owner owner = 0; owner < state.owners; ++owner) {
-        if (owner != comAllocator || unloadedDllsCount) {
-            state.use[owner] = book::useOf(owner);
-        }
-    }
+    state.latestBlock = book::latest();
     state.liveObjects = com::liveObjects;
     for (const HMODULE dll : watchedDlls()) {
         state.dllsInUse += isInUse(dll) ? 1 : 0;
@@ -54,16 +50,21 @@ State State::now() {
     return state;
 }
 
-std::string State::changeSince(const State& before) const {
+std::string State::memoryLeftSince(const State& before) const {
+    const UseOfAll left = book::leftOf(before.latestBlock, latestBlock);
     std::string text;
-    for (Owner owner = 0; owner < owners; ++owner) {
-        const long long blocks = use[owner].blocks - before.use[owner].blocks;
-        if (blocks > 0) {
+    for (Owner owner = 0; owner < book::owners(); ++owner) {
+        const auto& [blocks, bytes] = left[owner];
+        if (blocks > 0 && (owner != comAllocator || unloadedDllsCount)) {
             text += std::string{"  "} + book::nameOf(owner) + ": " + std::to_string(blocks) +
-                    (blocks == 1 ? " block, " : " blocks, ") +
-                    std::to_string(use[owner].bytes - before.use[owner].bytes) + " bytes\n";
+                    (blocks == 1 ? " block, " : " blocks, ") + std::to_string(bytes) + " bytes\n";
         }
     }
+    return text;
+}
+
+std::string State::changeSince(const State& before) const {
+    std::string text;
     for (const Count& count : counts) {
         const long change = this->*count.value - before.*count.value;
         if (change > 0 || (change < 0 && !count.fewerIsFine)) {

@@ -3,7 +3,6 @@
 
 #include "tests/leak_gate/allocations.h"
 
-#include <array>
 #include <string>
 
 namespace leak_gate {
@@ -17,14 +16,17 @@ struct State {
     /// As it is now.
     static State now();
 
-    /// What there is more, or too little, of than before, a line each; empty when nothing. Freed memory and
-    /// closed handles are nobody's loss, but objects that are gone which nobody in the test made have lost a
-    /// reference.
+    /// Both tell a line for each kind of thing; they are empty when there is nothing to tell.
+    ///
+    /// The memory that was allocated between `before` and this state and is not freed until the call. Older
+    /// memory that was freed meanwhile makes up for nothing.
+    std::string memoryLeftSince(const State& before) const;
+    /// What else there is more, or too little, of than before. Closed handles are nobody's loss, but objects
+    /// that are gone which nobody in the test made have lost a reference.
     std::string changeSince(const State& before) const;
     bool hasLostObjectsSince(const State& before) const { return liveObjects < before.liveObjects; }
 
-    std::array<Use, mostOwners> use{};
-    Owner owners = 0;
+    Serial latestBlock = 0;
     long liveObjects = 0; ///< COM objects of the test program
     long dllsInUse = 0;   ///< DLLs of the product with live objects
     long overrunBlocks = 0;
