@@ -100,9 +100,9 @@ const Answer answers[] = {
 };
 
 struct Reading {
-    const char* call; ///< of calls.tsv
+    const char* call = nullptr; ///< of calls.tsv
     /// What is seen with the answer of this name; "-" as without fault.
-    const char* (*seen)(std::string_view answer);
+    const char* (*seen)(std::string_view answer) = nullptr;
     const char* way = nullptr; ///< another than the one of the call
 };
 

@@ -131,7 +131,7 @@ class Writes : public Stage {
         expectHealthyAgain(writeOf(row).way, result);
     }
     std::string withoutFault(const ArrayRow& row) {
-        const std::string seen = goWriting(row, writeOf(row).honest());
+        std::string seen = goWriting(row, writeOf(row).honest());
         EXPECT_FALSE(seen.starts_with("! ")) << seen;
         package->recovers(row.call);
         return seen;
