@@ -13,6 +13,7 @@ std::atomic<long> allocations{0};
 
 } // namespace
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): what the counting operators are made of
 void* operator new(std::size_t size) {
     ++allocations;
     void* const block = std::malloc(size);
@@ -23,6 +24,7 @@ void* operator new(std::size_t size) {
 }
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 namespace peng_robinson::eos::test {
 namespace {
