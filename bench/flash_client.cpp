@@ -104,8 +104,8 @@ FlashClient::FlashClient(IDispatch* application, const com::com_ptr<IDispatch>& 
                                                                                 condition(L"pressure")} {
     require(utilities_->Initialize(), refused);
     std::vector<com::variant> lists(compoundLists);
-    require(package.tryAs<ICapeThermoCompounds>()->GetCompoundList(&lists[0], &lists[1], &lists[2], &lists[3],
-                                                                   &lists[4], &lists[5]),
+    require(package.tryAs<ICapeThermoCompounds>()->GetCompoundList(lists.data(), &lists[1], &lists[2],
+                                                                   &lists[3], &lists[4], &lists[5]),
             refused);
     const std::size_t compounds = lists[0].parray->rgsabound[0].cElements;
     material_ = com::make<FlashMaterial>(std::move(lists));

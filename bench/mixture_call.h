@@ -43,7 +43,7 @@ class MixtureCall {
     com::variant basis_;
     com::variant orientation_;
     com::variant leftOut_ = com::variant::missing();
-    VARIANT lastFirst_[count]; // borrowed
+    VARIANT lastFirst_[count]{}; // borrowed
 };
 
 /// Throws std::runtime_error when the two results are not the same numbers in the same shape.

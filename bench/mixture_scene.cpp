@@ -16,7 +16,7 @@ MixtureScene::MixtureScene(const Server& server, const MixtureArguments& argumen
     addIn.attach(workbook->dispatch(), arguments.package, instantPackageClass);
 }
 
-void MixtureScene::addInByVtable() {
+void MixtureScene::addInByVtable() const {
     com::variant result;
     call.byVtable(addIn.get(), &result);
 }

@@ -14,7 +14,7 @@ class MixtureScene {
   public:
     MixtureScene(const Server& server, const MixtureArguments& arguments);
 
-    void addInByVtable();
+    void addInByVtable() const;
     void addInByInvoke();
     void client();
     void clientMatrix();
