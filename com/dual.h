@@ -7,8 +7,6 @@
 #include "com/platform.h"
 #include "com/type_library.h"
 
-#include <atomic>
-
 namespace com {
 
 template <typename Interface>
@@ -28,29 +26,16 @@ class ServedDual : public Interface {
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                             DISPID* ids) noexcept override {
-        ITypeInfo* const info = typeInfo();
+        ITypeInfo* const info = keptTypeInfoOf<Interface>();
         return info == nullptr ? DISP_E_UNKNOWNNAME : DispGetIDsOfNames(info, names, count, ids);
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
                                      VARIANT* result, EXCEPINFO* exception,
                                      UINT* argument) noexcept override {
-        ITypeInfo* const info = typeInfo();
+        ITypeInfo* const info = keptTypeInfoOf<Interface>();
         return info == nullptr ? TYPE_E_ELEMENTNOTFOUND
                                : DispInvoke(static_cast<Interface*>(this), info, member, flags, arguments,
                                             result, exception, argument);
-    }
-
-  private:
-    // Found once; looked for again where there was no memory for it.
-    static ITypeInfo* typeInfo() noexcept {
-        // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): kept for later calls
-        static std::atomic<ITypeInfo*> found{nullptr};
-        ITypeInfo* info = found;
-        if (info == nullptr) {
-            info = typeInfoOf(__uuidof(Interface));
-            found = info;
-        }
-        return info;
     }
 };
 

@@ -2,24 +2,7 @@
 #include "src/server/excel.h"
 #include "src/server/late_calls.h"
 
-#include <atomic>
-
 namespace quorvane {
-
-namespace {
-
-// Kept, because every late call needs it and looking it up takes a lock. Null when there is none.
-ITypeInfo* typeInfoOfServices() noexcept {
-    static std::atomic<ITypeInfo*> kept{nullptr};
-    ITypeInfo* info = kept;
-    if (info == nullptr) {
-        info = com::typeInfoOf(__uuidof(IQuorvaneVSTOServices));
-        kept = info;
-    }
-    return info;
-}
-
-} // namespace
 
 HRESULT STDMETHODCALLTYPE Excel::GetTypeInfoCount(UINT* count) noexcept {
     if (count == nullptr) {
@@ -35,7 +18,7 @@ HRESULT STDMETHODCALLTYPE Excel::GetTypeInfo(UINT index, LCID, ITypeInfo** info)
 
 HRESULT STDMETHODCALLTYPE Excel::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                                DISPID* ids) noexcept {
-    ITypeInfo* const info = typeInfoOfServices();
+    ITypeInfo* const info = com::keptTypeInfoOf<IQuorvaneVSTOServices>();
     return info == nullptr ? DISP_E_UNKNOWNNAME : DispGetIDsOfNames(info, names, count, ids);
 }
 
@@ -44,7 +27,7 @@ HRESULT STDMETHODCALLTYPE Excel::Invoke(DISPID member, REFIID, LCID, WORD flags,
     if (parameters == nullptr) {
         return E_INVALIDARG;
     }
-    ITypeInfo* const info = typeInfoOfServices();
+    ITypeInfo* const info = com::keptTypeInfoOf<IQuorvaneVSTOServices>();
     if (info == nullptr) {
         return TYPE_E_ELEMENTNOTFOUND;
     }
