@@ -3,6 +3,7 @@
 #include "com/safe_array.h"
 #include "src/foundation/error_texts.h"
 #include "src/foundation/text.h"
+#include "src/package/busy.h"
 #include "src/package/lent_texts.h"
 #include "src/package/property_package.h"
 
@@ -31,15 +32,8 @@ const std::vector<double>& requireCalculated(const MaterialObject11& material) {
 // From the loading of the material to the end of the package's work on it.
 class PropertyPackage::Calculation {
   public:
-    explicit Calculation(PropertyPackage& package) : package_{package}, generation_{package.generation_} {
-        if (package_.calculating_) {
-            throw CWStrException{L"Property package is already calculating"};
-        }
-        package_.calculating_ = true;
-    }
-    Calculation(const Calculation&) = delete;
-    Calculation& operator=(const Calculation&) = delete;
-    ~Calculation() { package_.calculating_ = false; }
+    explicit Calculation(PropertyPackage& package)
+        : busy_{package.calculating_}, package_{package}, generation_{package.generation_} {}
 
     /// To be called after the package has worked, before the material is looked at.
     void requireSamePackage() const {
@@ -49,6 +43,7 @@ class PropertyPackage::Calculation {
     }
 
   private:
+    Busy busy_;
     PropertyPackage& package_;
     std::uint32_t generation_;
 };

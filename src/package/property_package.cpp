@@ -5,30 +5,13 @@
 #include "src/foundation/error_texts.h"
 #include "src/foundation/life_cycle.h"
 #include "src/foundation/text.h"
+#include "src/package/busy.h"
 
 #include <utility>
 
 namespace quorvane {
 
 namespace {
-
-// From when a material is offered to the package until the package has taken or refused it. A package that
-// starts a calculation while it takes the material would have two of them, of which it may keep the one that
-// is let go.
-class Offer {
-  public:
-    explicit Offer(bool& offering) : offering_{offering} {
-        if (std::exchange(offering_, true)) {
-            throw CWStrException{L"Property package is already calculating"};
-        }
-    }
-    Offer(const Offer&) = delete;
-    Offer& operator=(const Offer&) = delete;
-    ~Offer() { offering_ = false; }
-
-  private:
-    bool& offering_;
-};
 
 void requireCreated(HRESULT code, const wchar_t* context) {
     if (FAILED(code)) {
@@ -186,7 +169,9 @@ void PropertyPackage::ensureMaterial() {
     if (!context) {
         throw CWStrException{L"ICapeThermoMaterialContext not exposed by property package"};
     }
-    const Offer offer{offering_};
+    // A package that starts a calculation while it takes the material would have two of them, of which it may
+    // keep the one that is let go.
+    const Busy offer{offering_};
     const std::uint32_t generation = generation_;
     auto material = com::held_ptr<MaterialObject11>::make(static_cast<const MaterialOwner&>(*this));
     const HRESULT code = context->SetMaterial(static_cast<ICapeThermoMaterial*>(material.get()));
