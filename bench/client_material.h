@@ -11,7 +11,7 @@
 
 namespace bench {
 
-class ClientMaterial final : public com::implements<com::COMObject, com::RefusedDual<ICapeThermoMaterial>> {
+class ClientMaterial : public com::implements<com::COMObject, com::RefusedDual<ICapeThermoMaterial>> {
   public:
     double temperature = 0.0; ///< K
     double pressure = 0.0;    ///< Pa

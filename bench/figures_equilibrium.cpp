@@ -66,7 +66,7 @@ class FlashScene {
 
     void addIn(VARIANT* result) {
         addIn_->CapeOpenPhaseEquilibrium(package_.get(), composition_, names_[0].get(), temperature,
-                                         names_[1].get(), pressure, leftOut_, options_, leftOut_, leftOut_,
+                                         names_[1].get(), pressure, leftOut_, options_, leftOut_, matrix_,
                                          leftOut_, result);
     }
     void client(VARIANT* result) { client_.flash(temperature, pressure, amounts_, result); }
@@ -104,6 +104,7 @@ class FlashScene {
     com::variant composition_;
     com::unique_bstr names_[2] = {com::makeBstr(L"temperature"), com::makeBstr(L"pressure")};
     com::variant options_{L"enthalpy,density,entropy"};
+    com::variant matrix_{L"matrix"}; // left out, it would be asked of a calling range, which there is none
     com::variant leftOut_ = com::variant::missing();
 };
 

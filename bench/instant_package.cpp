@@ -165,7 +165,7 @@ HRESULT STDMETHODCALLTYPE InstantPackage::IsDirty() noexcept { return S_FALSE; }
 
 HRESULT STDMETHODCALLTYPE InstantPackage::Load(IStream* stream) noexcept {
     ++interfaceCalls;
-    unsigned char block[4096];
+    unsigned char block[blockSize];
     ULONG count = 0;
     do {
         if (FAILED(stream->Read(block, sizeof block, &count))) {

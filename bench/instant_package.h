@@ -26,6 +26,8 @@ class InstantPackage final
           com::RefusedDual<ICapeThermoPropertyRoutine>, com::RefusedDual<ICapeThermoEquilibriumRoutine>,
           com::RefusedDual<ICapeThermoMaterialContext>, IPersistStream> {
   public:
+    static constexpr std::size_t blockSize = 4096; ///< that it reads of its state at a time
+
     /// `state`: what it saves; null: nothing.
     InstantPackage(std::size_t compounds, std::shared_ptr<const std::vector<unsigned char>> state);
 

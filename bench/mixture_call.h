@@ -31,6 +31,7 @@ class MixtureCall {
     HRESULT byVtable(IQuorvaneUDF* functions, VARIANT* result) const;
     HRESULT byInvoke(IDispatch* functions, VARIANT* result);
 
+    BSTR package() const noexcept { return package_.get(); }
     BSTR property() const noexcept { return property_.get(); }
     BSTR phase() const noexcept { return phase_.get(); }
     const VARIANT& composition() const noexcept { return composition_; }

@@ -12,7 +12,8 @@ std::vector<double> molecularWeights(std::size_t compounds) {
 
 MixtureScene::MixtureScene(const Server& server, const MixtureArguments& arguments)
     : packages{arguments.compounds}, addIn{server, application->dispatch()}, call{arguments},
-      direct{application->dispatch(), instantPackageClass, molecularWeights(arguments.compounds)} {
+      direct{application->dispatch(), instantPackageClass, molecularWeights(arguments.compounds)},
+      careful{application->dispatch(), instantPackageClass, arguments.package, arguments.compounds} {
     addIn.attach(workbook->dispatch(), arguments.package, instantPackageClass);
 }
 
@@ -32,6 +33,17 @@ void MixtureScene::client() {
                     call.composition(), &result);
 }
 
+void MixtureScene::carefulClient() {
+    com::variant result;
+    askCareful(&result);
+}
+
+void MixtureScene::askCareful(VARIANT* result) {
+    require(careful.property(call.package(), call.property(), call.phase(), MixtureCall::temperature,
+                             MixtureCall::pressure, call.composition(), result),
+            "The careful client fails");
+}
+
 void MixtureScene::clientMatrix() {
     com::variant result;
     direct.matrix(call.property(), call.phase(), MixtureCall::temperature, MixtureCall::pressure,
@@ -48,6 +60,9 @@ void MixtureScene::requireSameResults() {
     com::variant late;
     call.byInvoke(addIn.get(), &late);
     requireSame(late, expected);
+    com::variant carefully;
+    askCareful(&carefully);
+    requireSame(carefully, expected);
 }
 
 void MixtureScene::requireSameMatrices() {

@@ -1,8 +1,9 @@
 // MixtureScene: an instant package attached to the active workbook under the name of the call, and the
-// hand-written client with a package of the same kind.
+// hand-written clients with packages of the same kind.
 #pragma once
 
 #include "bench/add_in.h"
+#include "bench/careful_client.h"
 #include "bench/direct_client.h"
 #include "bench/instant_package.h"
 #include "bench/mixture_call.h"
@@ -17,6 +18,7 @@ class MixtureScene {
     void addInByVtable() const;
     void addInByInvoke();
     void client();
+    void carefulClient();
     void clientMatrix();
 
     /// One call each way; throws std::runtime_error when the results differ.
@@ -29,6 +31,10 @@ class MixtureScene {
     AddIn addIn;
     MixtureCall call;
     DirectClient direct;
+    CarefulClient careful;
+
+  private:
+    void askCareful(VARIANT* result);
 };
 
 /// Of the compounds of an instant package, g/mol.

@@ -77,10 +77,16 @@ ArrayVariant matrix(std::span<const double> values, std::size_t n, std::size_t b
     const auto c = static_cast<std::int32_t>(columns);
     result.createMatrix(transposed ? c : r, transposed ? r : c, VT_R8);
     const auto cells = result.elements<double>();
-    for (std::size_t row = 0; row < rows; ++row) {
-        for (std::size_t column = 0; column < columns; ++column) {
-            const double value = values[(column / n) * n * n + row * n + column % n];
-            cells[transposed ? column + row * columns : row + column * rows] = value;
+    // A cell's neighbours in a row and in a column of the result are that far away.
+    const std::size_t nextColumn = transposed ? 1 : rows;
+    const std::size_t nextRow = transposed ? columns : 1;
+    auto value = values.begin();
+    for (std::size_t block = 0; block < blocks; ++block) {
+        for (std::size_t row = 0; row < rows; ++row) {
+            double* cell = &cells[row * nextRow + block * n * nextColumn];
+            for (std::size_t column = 0; column < n; ++column, cell += nextColumn) {
+                *cell = *value++;
+            }
         }
     }
     return result;

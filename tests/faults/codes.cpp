@@ -55,7 +55,7 @@ std::span<const Code> codes() { return all; }
 const Code& codeNamed(std::string_view name) { return *std::ranges::find(all, name, &Code::name); }
 
 std::string systemText(HRESULT code) {
-    std::array<wchar_t, 1024> buffer;
+    std::array<wchar_t, 1024> buffer{};
     const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                         static_cast<DWORD>(code), LOCALE_USER_DEFAULT, buffer.data(),
                                         static_cast<DWORD>(buffer.size()), nullptr);

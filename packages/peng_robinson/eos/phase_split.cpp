@@ -220,8 +220,8 @@ bool PhaseSplitter::splitDownhill(const Isotherm& isotherm, double P, std::span<
     }
     moles_.resize(n);
     bool isFirst = true;
-    double amount = 0.9 * most;
-    for (int halvings = 0; halvings < 14; ++halvings, amount *= 0.5) {
+    for (int halvings = 0; halvings < 14; ++halvings) {
+        const double amount = std::ldexp(0.9 * most, -halvings);
         for (std::size_t i = 0; i < n; ++i) {
             moles_[i] = amount * formed[i] / sum;
         }

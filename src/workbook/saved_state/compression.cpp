@@ -62,6 +62,15 @@ void requireStarted(int code) {
                  : L"the saved state is too large; at most 256 MB can be restored"};
 }
 
+// Of what is only begun, if the rest is like the beginning and a little more: growing to it by doubling would
+// copy it once more.
+std::size_t expectedSize(const z_stream& begun, std::size_t compressedSize) noexcept {
+    constexpr double margin = 1.02;
+    const double read = std::max(1.0, static_cast<double>(begun.total_in));
+    return static_cast<std::size_t>(margin * static_cast<double>(begun.total_out) *
+                                    static_cast<double>(compressedSize) / read);
+}
+
 } // namespace
 
 Bytes deflated(std::span<const std::uint8_t> bytes) {
@@ -106,6 +115,9 @@ Bytes inflated(std::span<const std::uint8_t> stream, InflationAllowance& allowan
         }
         if (!isFull) {
             result.resize(before + room - reader.state.avail_out);
+        }
+        if (before == 0 && !hasEnded) {
+            result.reserve(std::min(expectedSize(reader.state, stream.size()), limit));
         }
         if (hasEnded) {
             allowance.spend(result.size());
