@@ -62,7 +62,20 @@ HRESULT MixtureCall::byVtable(IQuorvaneUDF* functions, VARIANT* result) const {
 }
 
 HRESULT MixtureCall::byInvoke(IDispatch* functions, VARIANT* result) {
-    DISPPARAMS parameters{lastFirst_, nullptr, count, 0};
+    return invoke(functions, lastFirst_, result);
+}
+
+HRESULT MixtureCall::byInvokeOfVariables(IDispatch* functions, VARIANT* result) {
+    VARIANT references[count] = {};
+    for (UINT i = 0; i < count; ++i) {
+        references[i].vt = VT_BYREF | VT_VARIANT;
+        references[i].pvarVal = &lastFirst_[i];
+    }
+    return invoke(functions, references, result);
+}
+
+HRESULT MixtureCall::invoke(IDispatch* functions, VARIANT* lastFirst, VARIANT* result) {
+    DISPPARAMS parameters{lastFirst, nullptr, count, 0};
     return functions->Invoke(memberMixtureProperty, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                              &parameters, result, nullptr, nullptr);
 }

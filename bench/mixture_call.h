@@ -30,6 +30,8 @@ class MixtureCall {
 
     HRESULT byVtable(IQuorvaneUDF* functions, VARIANT* result) const;
     HRESULT byInvoke(IDispatch* functions, VARIANT* result);
+    /// With its arguments by reference, as scripts pass their variables.
+    HRESULT byInvokeOfVariables(IDispatch* functions, VARIANT* result);
 
     BSTR package() const noexcept { return package_.get(); }
     BSTR property() const noexcept { return property_.get(); }
@@ -37,6 +39,8 @@ class MixtureCall {
     const VARIANT& composition() const noexcept { return composition_; }
 
   private:
+    static HRESULT invoke(IDispatch* functions, VARIANT* lastFirst, VARIANT* result);
+
     com::unique_bstr package_;
     com::unique_bstr property_;
     com::unique_bstr phase_;

@@ -4,6 +4,7 @@
 #include "src/foundation/missing.h"
 #include "src/foundation/range_value.h"
 #include "src/foundation/text.h"
+#include "src/server/direct_functions.h"
 
 #include <algorithm>
 #include <array>
@@ -17,7 +18,7 @@ namespace quorvane {
 namespace {
 
 constexpr DISPID firstFunction = 0x60020000;
-constexpr std::size_t functionCount = 9;
+constexpr std::size_t functionCount = directFunctions.size();
 constexpr std::size_t mostParameters = 13;
 
 // GetPropInfo: the types of its results, which follow the name of the property.
@@ -141,15 +142,21 @@ class Arguments {
     std::array<com::variant, mostParameters> owned_;
 };
 
+// What a variable holds may change while the function works, which a copy by the dispatcher does not.
+bool hasVariables(const DISPPARAMS& given) noexcept {
+    return std::any_of(given.rgvarg, given.rgvarg + given.cArgs,
+                       [](const VARIANT& argument) { return (argument.vt & VT_BYREF) != 0; });
+}
+
 } // namespace
 
 bool isWorksheetFunction(DISPID member) noexcept {
     return member >= firstFunction && member < firstFunction + static_cast<DISPID>(functionCount);
 }
 
-HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, SpareMessage& spare, DISPID member, WORD flags,
-                                const DISPPARAMS& given, VARIANT* result, EXCEPINFO* exception,
-                                UINT* argument) noexcept {
+HRESULT invokeWorksheetFunction(IQuorvaneVSTOServices* object, ITypeInfo* info, SpareMessage& spare,
+                                DISPID member, WORD flags, const DISPPARAMS& given, VARIANT* result,
+                                EXCEPINFO* exception, UINT* argument) noexcept {
     HRESULT code = S_OK;
     const auto fail = [&](com::unique_bstr message) {
         if (result != nullptr) {
@@ -159,13 +166,21 @@ HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, SpareMessage& spa
     const HRESULT framed = worksheetCall(
         __uuidof(IQuorvaneUDF), spare,
         [&] {
-            const Signature& signature = signatures()[static_cast<std::size_t>(member - firstFunction)];
+            const auto position = static_cast<std::size_t>(member - firstFunction);
+            const Signature& signature = signatures()[position];
             if (given.cArgs > signature.size()) {
                 code = DISP_E_BADPARAMCOUNT;
                 return;
             }
             Arguments arguments{signature, given};
             DISPPARAMS parameters = arguments.parameters();
+            if (!hasVariables(given)) {
+                if (const auto called = com::invokeDirectly<IQuorvaneUDF>(
+                        directFunctions[position], *object, flags, parameters, result, exception)) {
+                    code = *called;
+                    return;
+                }
+            }
             const HRESULT invoked =
                 DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
             if (invoked == E_OUTOFMEMORY) {

@@ -7,6 +7,8 @@
 #include "com/platform.h"
 #include "src/foundation/error_boundary.h"
 
+#include <quorvane_idl.h>
+
 namespace quorvane {
 
 /// True for the member identifier of a worksheet function.
@@ -15,9 +17,9 @@ bool isWorksheetFunction(DISPID member) noexcept;
 /// Invokes a worksheet function on `object`, whose vtable `info` describes. An argument that is neither of
 /// its parameter's type nor convertible makes the function's result a text that says so, and so does want of
 /// memory.
-HRESULT invokeWorksheetFunction(void* object, ITypeInfo* info, SpareMessage& spare, DISPID member, WORD flags,
-                                const DISPPARAMS& given, VARIANT* result, EXCEPINFO* exception,
-                                UINT* argument) noexcept;
+HRESULT invokeWorksheetFunction(IQuorvaneVSTOServices* object, ITypeInfo* info, SpareMessage& spare,
+                                DISPID member, WORD flags, const DISPPARAMS& given, VARIANT* result,
+                                EXCEPINFO* exception, UINT* argument) noexcept;
 
 /// Invokes a service of the front end. GetPropInfo has several results; a script, whose variables are all
 /// VARIANTs, gets them as well.

@@ -38,6 +38,17 @@ TEST_F(SteadyCall, TakesNoMoreOfComThanAHandWrittenClient) {
     const double client = steadyCounts([&] { scene.client(); }).com;
     EXPECT_GE(client, 1.0) << "the composition is handed out as an array";
     EXPECT_EQ(steadyCounts([&] { scene.addInByVtable(); }).com, client);
+    EXPECT_EQ(steadyCounts([&] { scene.addInByInvoke(); }).com, client);
+}
+
+TEST_F(SteadyCall, CopiesACompositionOfAVariableAlone) {
+    MixtureScene scene{server, {}};
+    const double byValue = steadyCounts([&] { scene.addInByInvoke(); }).com;
+    const double ofVariables = steadyCounts([&] {
+                                   com::variant result;
+                                   scene.call.byInvokeOfVariables(scene.addIn.get(), &result);
+                               }).com;
+    EXPECT_GT(ofVariables, byValue) << "Automation's dispatcher copies what it hands over";
 }
 
 TEST_F(SteadyCall, AsksExcelForTheWorkbookAndNothingElse) {

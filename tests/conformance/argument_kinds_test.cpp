@@ -231,6 +231,12 @@ TEST_P(ArgumentKinds, Shows) {
            std::string{outcome(tested().parameter().role, tested().kind->name)});
 }
 
+TEST_P(ArgumentKinds, ShowsTheSameThroughAutomationsDispatcher) {
+    const std::string found = showsFor(*tested().kind);
+    asVariables = true;
+    EXPECT_EQ(showsFor(*tested().kind), found);
+}
+
 INSTANTIATE_TEST_SUITE_P(Late, ArgumentKinds, ::testing::ValuesIn(allCases()),
                          [](const auto& tested) { return nameOf(tested.param); });
 

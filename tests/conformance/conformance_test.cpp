@@ -147,6 +147,14 @@ class Conformance : public tests::Worksheet, public ::testing::WithParamInterfac
         return shown;
     }
 
+    void expectShown(const Row& row) {
+        ASSERT_NO_FATAL_FAILURE(openWorkbook(row));
+        enter(row);
+        const Shown found = result(row);
+        EXPECT_TRUE(isSame(found, row.shown)) << "line " << row.line << ": " << row.text << "\n   shows "
+                                              << written(found) << "\nexpected " << written(row.shown);
+    }
+
   private:
     // The package that the formula names, when the table declares it.
     void attachNamed(const sheet::formula::Formula& formula) {
@@ -180,13 +188,11 @@ class Conformance : public tests::Worksheet, public ::testing::WithParamInterfac
     std::vector<std::unique_ptr<scripted::Registration>> registrations_;
 };
 
-TEST_P(Conformance, Shows) {
-    const Row& row = *GetParam();
-    ASSERT_NO_FATAL_FAILURE(openWorkbook(row));
-    enter(row);
-    const Shown found = result(row);
-    EXPECT_TRUE(isSame(found, row.shown)) << "line " << row.line << ": " << row.text << "\n   shows "
-                                          << written(found) << "\nexpected " << written(row.shown);
+TEST_P(Conformance, Shows) { expectShown(*GetParam()); }
+
+TEST_P(Conformance, ShowsTheSameThroughAutomationsDispatcher) {
+    asVariables = true;
+    expectShown(*GetParam());
 }
 
 std::vector<const Row*> allRows() {

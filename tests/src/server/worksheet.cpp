@@ -113,8 +113,13 @@ com::variant Worksheet::call(const wchar_t* function, std::vector<com::variant> 
         ADD_FAILURE() << "unknown function";
         return result;
     }
-    std::ranges::reverse(arguments);
-    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    std::vector<VARIANT> lastFirst{arguments.rbegin(), arguments.rend()};
+    for (std::size_t i = 0; asVariables && i < lastFirst.size(); ++i) {
+        lastFirst[i] = {};
+        lastFirst[i].vt = VT_BYREF | VT_VARIANT;
+        lastFirst[i].pvarVal = &arguments[arguments.size() - 1 - i];
+    }
+    DISPPARAMS parameters{lastFirst.data(), nullptr, static_cast<UINT>(lastFirst.size()), 0};
     EXPECT_EQ(addIn->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, &result,
                             nullptr, nullptr),
               S_OK);

@@ -54,6 +54,8 @@ class Worksheet : public ::testing::Test {
         return shown(call(function, std::move(given)));
     }
     com::variant call(const wchar_t* function, std::vector<com::variant> arguments);
+    /// Arguments are passed by reference, as scripts pass their variables: Automation then makes the call.
+    bool asVariables = false;
 
     /// A flash of the package P; what is not given has its default.
     struct Flash {
