@@ -17,10 +17,10 @@ namespace com {
 /// One method whose last parameter is its result.
 template <typename Interface>
 struct DirectMethod {
-    DISPID member;
-    std::size_t required;           ///< parameters; those after them are optional
+    DISPID member = DISPID_UNKNOWN;
+    std::size_t required = 0;       ///< parameters; those after them are optional
     std::span<const VARTYPE> types; ///< of the parameters: VT_BSTR, VT_R8 or VT_VARIANT
-    HRESULT (*call)(Interface& object, const VARIANT* lastFirst, variant& result);
+    HRESULT (*call)(Interface& object, const VARIANT* lastFirst, variant& result) = nullptr;
 };
 
 namespace direct {
