@@ -74,14 +74,12 @@ HRESULT call(typename Declaration::interface_type& object, const VARIANT* lastFi
                             Declaration::result::placeIn(result));
 }
 
-// The dispatcher gives a VARIANT as a copy, which equals its original unless that is a null text, which
-// becomes one without characters. What else is not a plain value is rare: its copy is left to the dispatcher.
-inline bool isHandedOver(const VARIANT& given, VARTYPE type, bool isRequired) noexcept {
-    if (type != VT_VARIANT) {
-        return given.vt == type;
-    }
-    switch (given.vt) {
+// The dispatcher copies every VARIANT, the result as well. The copy equals its original unless a null text is
+// in it, which becomes one without characters. What is not known to be without is Automation's to copy.
+inline bool equalsItsCopy(const VARIANT& value) noexcept {
+    switch (value.vt) {
     case VT_EMPTY:
+    case VT_ERROR:
     case VT_BOOL:
     case VT_I2:
     case VT_I4:
@@ -89,14 +87,29 @@ inline bool isHandedOver(const VARIANT& given, VARTYPE type, bool isRequired) no
     case VT_DISPATCH:
         return true;
     case VT_BSTR:
-        return given.bstrVal != nullptr;
+        return value.bstrVal != nullptr;
     case VT_ARRAY | VT_R8:
-        return given.parray != nullptr;
-    case VT_ERROR:
-        return !isRequired || given.scode != DISP_E_PARAMNOTFOUND;
+        return value.parray != nullptr;
     default:
         return false;
     }
+}
+
+inline bool isHandedOver(const VARIANT& given, VARTYPE type, bool isRequired) noexcept {
+    if (type != VT_VARIANT) {
+        return given.vt == type;
+    }
+    const bool isLeftOut = given.vt == VT_ERROR && given.scode == DISP_E_PARAMNOTFOUND;
+    return equalsItsCopy(given) && !(isRequired && isLeftOut);
+}
+
+inline HRESULT giveBack(variant value, VARIANT& result) noexcept {
+    if (!equalsItsCopy(value)) {
+        VariantInit(&result);
+        return VariantCopyInd(&result, &value);
+    }
+    result = value.release();
+    return S_OK;
 }
 
 // As the dispatcher tells of a method that fails.
@@ -145,10 +158,8 @@ std::optional<HRESULT> invokeDirectly(const DirectMethod<Interface>& method, Int
     }
     variant value;
     const HRESULT code = method.call(object, given.rgvarg, value);
-    if (result != nullptr) {
-        *result = value.release();
-    }
-    return FAILED(code) ? direct::raise(code, exception) : S_OK;
+    const HRESULT copied = result == nullptr ? S_OK : direct::giveBack(std::move(value), *result);
+    return FAILED(code) ? direct::raise(code, exception) : copied;
 }
 
 } // namespace com

@@ -10,6 +10,7 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <optional>
 #include <quorvane_idl.h>
 #include <vector>
 
@@ -174,15 +175,14 @@ HRESULT invokeWorksheetFunction(IQuorvaneVSTOServices* object, ITypeInfo* info, 
             }
             Arguments arguments{signature, given};
             DISPPARAMS parameters = arguments.parameters();
+            std::optional<HRESULT> called;
             if (!hasVariables(given)) {
-                if (const auto called = com::invokeDirectly<IQuorvaneUDF>(
-                        directFunctions[position], *object, flags, parameters, result, exception)) {
-                    code = *called;
-                    return;
-                }
+                called = com::invokeDirectly<IQuorvaneUDF>(directFunctions[position], *object, flags,
+                                                           parameters, result, exception);
             }
             const HRESULT invoked =
-                DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
+                called ? *called
+                       : DispInvoke(object, info, member, flags, &parameters, result, exception, argument);
             if (invoked == E_OUTOFMEMORY) {
                 throw std::bad_alloc{};
             }

@@ -32,18 +32,34 @@ std::string written(BSTR text) {
     return text == nullptr ? result : result + '"';
 }
 std::string written(double number) { return std::to_string(number); }
+template <typename Element>
+std::string writtenElements(SAFEARRAY* array);
+
 std::string written(const VARIANT& value) {
-    std::string result = hex(value.vt) + ":";
-    if (value.vt == VT_BSTR) {
-        return result + written(value.bstrVal);
+    const std::string type = hex(value.vt) + ":";
+    switch (value.vt) {
+    case VT_EMPTY:
+        return type;
+    case VT_BSTR:
+        return type + written(value.bstrVal);
+    case VT_ARRAY | VT_R8:
+        return type + writtenElements<double>(value.parray);
+    case VT_ARRAY | VT_BSTR:
+        return type + writtenElements<BSTR>(value.parray);
+    case VT_ARRAY | VT_VARIANT:
+        return type + writtenElements<VARIANT>(value.parray);
+    default:
+        return type + hex(static_cast<unsigned long long>(value.llVal));
     }
-    if (value.vt == (VT_ARRAY | VT_R8)) {
-        for (const double number : array_lock<double>{value.parray}.elements()) {
-            result += written(number) + " ";
-        }
-        return result;
+}
+
+template <typename Element>
+std::string writtenElements(SAFEARRAY* array) {
+    std::string text;
+    for (const Element& element : array_lock<Element>{array}.elements()) {
+        text += written(element) + " ";
     }
-    return value.vt == VT_EMPTY ? result : result + hex(static_cast<unsigned long long>(value.llVal));
+    return text;
 }
 
 void installErrorInfo() {
@@ -222,6 +238,13 @@ TEST_F(DirectInvoke, HandsOverWhatTheDispatcherHandsOver) {
     }
 }
 
+variant mixed() {
+    variant list = variant::array(makeVector(VT_VARIANT, 2), VT_VARIANT);
+    const array_lock<VARIANT> lock{list.parray};
+    lock.elements()[0] = variant{unique_bstr{}}.release();
+    return list;
+}
+
 TEST_F(DirectInvoke, GivesTheResultsThatTheDispatcherGives) {
     const std::vector<VARIANT> inOrder = argumentsOf(compounds);
     const std::function<variant()> results[] = {
@@ -230,9 +253,14 @@ TEST_F(DirectInvoke, GivesTheResultsThatTheDispatcherGives) {
         [] {
             return variant{std::wstring_view{L"a\0b", 3}};
         },
-        numbers,
+        [] { return variant{unique_bstr{}}; },
         [] { return variant::missing(); },
         [] { return variant::object(nullptr); },
+        [] {
+            return textArray(std::vector<std::wstring>{L"a", L""});
+        },
+        numbers,
+        mixed,
     };
     for (const auto& result : results) {
         recorder->gives = result;
