@@ -39,6 +39,9 @@ HRESULT getClassObject(REFCLSID expected, REFCLSID clsid, REFIID iid, void** out
     if (clsid != expected) {
         return CLASS_E_CLASSNOTAVAILABLE;
     }
+    if (!isReadyToThrow()) {
+        return E_OUTOFMEMORY;
+    }
     return guarded(E_UNEXPECTED, [&] { return make<CClassFactory<T>>()->queryInterface(iid, out); });
 }
 

@@ -21,8 +21,7 @@ bool currentFailureHasText() noexcept;
 void installErrorInfo(BSTR description, REFIID iid) noexcept;
 
 /// The message of a failure for which there is no memory, held in reserve: a cell that stays empty would pass
-/// for a result. Making one also throws for the first time, because GCC's run time needs memory for a
-/// thread's first exception, and ends the process when it cannot have that.
+/// for a result.
 class SpareMessage {
   public:
     /// Throws std::bad_alloc.

@@ -1,10 +1,12 @@
 // The class object through which others create ours.
 #include "com/class_factory.h"
+#include "tests/leak_gate/allocations.h"
 #include "tests/src/com/counted.h"
 
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <thread>
 
 namespace com {
 namespace {
@@ -94,6 +96,35 @@ TEST(GetClassObject, RefusesOtherClassesOtherInterfacesAndNoOutPointer) {
     EXPECT_EQ(getClassObject<Plain>(plainClass, plainClass, IID_IPersist, &out), E_NOINTERFACE);
     EXPECT_EQ(out, nullptr);
     EXPECT_EQ(getClassObject<Plain>(plainClass, plainClass, IID_IClassFactory, nullptr), E_POINTER);
+}
+
+// GCC's run time needs memory for a thread's first exception.
+TEST(GetClassObject, ComesBeforeTheFirstExceptionOfAThread) {
+    using leak_gate::Refusal;
+    // It also needs some for the first exception of all for which there is no memory.
+    const auto fail = [] {
+        const Refusal refusal{leak_gate::testProgram, 1, Refusal::Extent::One};
+        throw std::bad_alloc{};
+    };
+    EXPECT_THROW(fail(), std::bad_alloc);
+    bool isSurvived = false;
+    std::thread{[&isSurvived] {
+        const auto get = [](com_ptr<IClassFactory>& factory) {
+            return getClassObject<WithoutMemory>(plainClass, plainClass, IID_IClassFactory,
+                                                 factory.putVoid());
+        };
+        com_ptr<IClassFactory> factory;
+        {
+            const Refusal refusal{leak_gate::testProgram, 1, Refusal::Extent::AllFromThereOn};
+            EXPECT_EQ(get(factory), E_OUTOFMEMORY);
+        }
+        EXPECT_EQ(get(factory), S_OK);
+        void* out = nullptr;
+        const Refusal refusal{leak_gate::testProgram, 1, Refusal::Extent::AllFromThereOn};
+        EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, &out), E_OUTOFMEMORY);
+        isSurvived = true;
+    }}.join();
+    EXPECT_TRUE(isSurvived);
 }
 
 } // namespace
