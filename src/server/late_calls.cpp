@@ -38,7 +38,8 @@ struct Parameter {
 
 using Signature = std::vector<Parameter>; // the result is not among them
 
-// A half-read signature would be kept for good, so that a failure, which is want of memory, is thrown.
+// A signature that is half read or missing would be kept for good, so that a failure, which is want of
+// memory, is thrown.
 Signature readSignature(ITypeInfo* info, UINT index) {
     FUNCDESC* given = nullptr;
     if (FAILED(info->GetFuncDesc(index, &given))) {
@@ -69,11 +70,13 @@ Signature readSignature(ITypeInfo* info, UINT index) {
 // Read once from the type library, which is where the parameters are declared.
 const std::array<Signature, functionCount>& signatures() {
     static const auto all = [] {
+        ITypeInfo* const info = com::typeInfoOf(__uuidof(IQuorvaneUDF));
+        if (info == nullptr) {
+            throw std::bad_alloc{};
+        }
         std::array<Signature, functionCount> read;
         for (std::size_t i = 0; i < functionCount; ++i) {
-            if (ITypeInfo* const info = com::typeInfoOf(__uuidof(IQuorvaneUDF))) {
-                read[i] = readSignature(info, static_cast<UINT>(i));
-            }
+            read[i] = readSignature(info, static_cast<UINT>(i));
         }
         return read;
     }();

@@ -190,6 +190,11 @@ bool refuses(Owner owner) {
            reachesRefused(book.refusal);
 }
 
+bool refusesCall(Owner owner) {
+    Book& book = theBook();
+    return isArmed(book, comAllocator) && owner == book.refusal.importer && reachesRefused(book.refusal);
+}
+
 void beginImportedCall(Owner importer) {
     Book& book = theBook();
     if (GetCurrentThreadId() == book.thread) {

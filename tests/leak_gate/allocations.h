@@ -51,6 +51,7 @@ class AllocationUse {
 /// While it lives, one allocation of an owner is refused, or it and the next (which is often that of the
 /// exception), or all from there on. Of COM it is the first allocation within a function of
 /// Automation or COM that `importer` calls: Wine's functions lose memory themselves when they fail half-way.
+/// Functions that do not allocate with COM's allocator are refused as a whole.
 class Refusal {
   public:
     enum class Extent { One, Two, AllFromThereOn };
@@ -86,6 +87,9 @@ UseOfAll leftOf(Serial after, Serial last);
 
 /// To be asked before each allocation: whether it is to fail.
 bool refuses(Owner owner);
+/// Likewise before each call by the owner of a function that allocates where no allocator is watched. Such
+/// calls count together with the allocations of COM for the owner.
+bool refusesCall(Owner owner);
 /// Between these, allocations of COM are made for `importer`.
 void beginImportedCall(Owner importer);
 void endImportedCall();

@@ -116,7 +116,7 @@ void redirect(void** pointer, Function*& original, Function* replacement) {
 
 template <Owner owner>
 void watchHeap(HMODULE module) {
-    forEachImport(module, [](const char* name, void** pointer) {
+    forEachImport(module, [](const char*, const char* name, void** pointer) {
         const std::string_view function{name};
         if (function == "malloc") {
             redirect(pointer, cHeap.malloc, &Heap<owner>::malloc);

@@ -11,7 +11,8 @@ const T* at(HMODULE module, DWORD offset) {
 
 } // namespace
 
-void forEachImport(HMODULE module, const std::function<void(const char* name, void** pointer)>& change) {
+void forEachImport(HMODULE module,
+                   const std::function<void(const char* from, const char* name, void** pointer)>& change) {
     const auto* const dos = at<IMAGE_DOS_HEADER>(module, 0);
     const auto* const headers = at<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(dos->e_lfanew));
     const IMAGE_DATA_DIRECTORY& imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
@@ -26,7 +27,7 @@ void forEachImport(HMODULE module, const std::function<void(const char* name, vo
             if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) {
                 const auto* const entry =
                     at<IMAGE_IMPORT_BY_NAME>(module, static_cast<DWORD>(name->u1.AddressOfData));
-                change(reinterpret_cast<const char*>(entry->Name),
+                change(at<char>(module, from->Name), reinterpret_cast<const char*>(entry->Name),
                        reinterpret_cast<void**>(const_cast<IMAGE_THUNK_DATA*>(pointer)));
             }
         }

@@ -8,8 +8,10 @@
 
 namespace leak_gate {
 
-/// Gives `change` each function that the module imports by name, with the pointer through which it is called.
-void forEachImport(HMODULE module, const std::function<void(const char* name, void** pointer)>& change);
+/// Gives `change` each function that the module imports by name, with the DLL from which it comes and the
+/// pointer through which it is called.
+void forEachImport(HMODULE module,
+                   const std::function<void(const char* from, const char* name, void** pointer)>& change);
 
 /// Writes to memory that is read-only, such as tables of pointers.
 void overwrite(void** pointer, void* value);

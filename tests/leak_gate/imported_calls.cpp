@@ -31,22 +31,28 @@ struct Allocating<owner, number, Result(Arguments...)> {
     }
 };
 
-// A function that loses handles when a class is not registered. One object stands for one function of one
-// module.
+// A function that allocates with whatever it likes, which may be refused as a whole.
 template <Owner owner, std::size_t number, long mostHandlesLost, typename Function>
-struct LosesHandles;
+struct Failing;
 
 template <Owner owner, std::size_t number, long mostHandlesLost, typename... Arguments>
-struct LosesHandles<owner, number, mostHandlesLost, HRESULT(Arguments...)> {
+struct Failing<owner, number, mostHandlesLost, HRESULT(Arguments...)> {
     static inline HRESULT(STDAPICALLTYPE* original)(Arguments...) = nullptr;
 
     static HRESULT STDAPICALLTYPE call(Arguments... arguments) {
-        const long before = kernelHandles();
-        const HRESULT code = original(arguments...);
-        if (code == REGDB_E_CLASSNOTREG) {
-            handlesLost += std::clamp(kernelHandles() - before, 0L, mostHandlesLost);
+        if (book::refusesCall(owner)) {
+            return E_OUTOFMEMORY;
         }
-        return code;
+        if constexpr (mostHandlesLost == 0) {
+            return original(arguments...);
+        } else {
+            const long before = kernelHandles();
+            const HRESULT code = original(arguments...);
+            if (code == REGDB_E_CLASSNOTREG) {
+                handlesLost += std::clamp(kernelHandles() - before, 0L, mostHandlesLost);
+            }
+            return code;
+        }
     }
 };
 
@@ -75,14 +81,18 @@ constexpr Watched watched[] = {
     {"VariantCopyInd", &redirect<Allocating<owner, 5, decltype(VariantCopyInd)>>},
     {"VariantChangeTypeEx", &redirect<Allocating<owner, 6, decltype(VariantChangeTypeEx)>>},
     {"CoTaskMemAlloc", &redirect<Allocating<owner, 7, decltype(CoTaskMemAlloc)>>},
+    {"CreateErrorInfo", &redirect<Failing<owner, 0, 0, decltype(CreateErrorInfo)>>},
+    {"DispGetIDsOfNames", &redirect<Failing<owner, 1, 0, decltype(DispGetIDsOfNames)>>},
+    {"DispInvoke", &redirect<Failing<owner, 2, 0, decltype(DispInvoke)>>},
+    {"LoadTypeLib", &redirect<Failing<owner, 3, 0, decltype(LoadTypeLib)>>},
     {"CoCreateInstance",
-     &redirect<LosesHandles<owner, 0, 2, HRESULT(REFCLSID, IUnknown*, DWORD, REFIID, void**)>>},
-    {"ProgIDFromCLSID", &redirect<LosesHandles<owner, 1, 1, HRESULT(REFCLSID, LPOLESTR*)>>},
+     &redirect<Failing<owner, 4, 2, HRESULT(REFCLSID, IUnknown*, DWORD, REFIID, void**)>>},
+    {"ProgIDFromCLSID", &redirect<Failing<owner, 5, 1, HRESULT(REFCLSID, LPOLESTR*)>>},
 };
 
 template <Owner owner>
 void watchImported(HMODULE module) {
-    forEachImport(module, [](const char* name, void** pointer) {
+    forEachImport(module, [](const char*, const char* name, void** pointer) {
         const auto* const found = std::ranges::find_if(
             watched<owner>, [name](const Watched& entry) { return std::strcmp(entry.name, name) == 0; });
         if (found != std::end(watched<owner>)) {
@@ -100,6 +110,20 @@ void watchImportedAs(Owner wanted, HMODULE module, std::index_sequence<owner...>
 
 void watchImportedCalls(Owner owner, HMODULE module) {
     watchImportedAs(owner, module, std::make_index_sequence<mostOwners>{});
+}
+
+std::vector<std::string> unwatchedCalls(HMODULE module) {
+    std::vector<std::string> names;
+    forEachImport(module, [&](const char* from, const char* name, void**) {
+        const bool isOurs = std::ranges::any_of(watched<testProgram>, [name](const Watched& entry) {
+            return std::strcmp(entry.name, name) == 0;
+        });
+        if (!isOurs && (_stricmp(from, "ole32.dll") == 0 || _stricmp(from, "oleaut32.dll") == 0)) {
+            names.emplace_back(name);
+        }
+    });
+    std::ranges::sort(names);
+    return names;
 }
 
 long handlesLostByTheSystem() { return handlesLost; }

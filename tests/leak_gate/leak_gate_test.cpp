@@ -271,6 +271,12 @@ TEST(LeakGate, RefusesAllAllocationsFromOneOn) {
     std::free(blocks[0]);
     EXPECT_NO_THROW(std::make_unique<int>(1));
 }
+TEST(LeakGate, RefusesFunctionsOfCOMThatAllocateElsewhere) {
+    const auto refusal = Refusal::ofCom(testProgram, 1, Refusal::Extent::One);
+    com::com_ptr<ICreateErrorInfo> first, second;
+    EXPECT_EQ(CreateErrorInfo(first.put()), E_OUTOFMEMORY);
+    EXPECT_EQ(CreateErrorInfo(second.put()), S_OK);
+}
 TEST(LeakGate, RefusesWhatCOMWouldAllocateForAModule) {
     com::unique_bstr first, second, third;
     {

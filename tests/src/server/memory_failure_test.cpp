@@ -1,188 +1,36 @@
-// Memory that runs out in the middle of a call. For each worksheet function and each service, the first
-// allocation that the add-in asks for is refused, then the second, and so on until the call needs no more: of
-// its own heap and of COM's, one allocation alone or all from there on. Each time the failure is reported,
-// the workbook has the packages that it had, nothing is lost, and the same call then succeeds.
-#include "tests/leak_gate/allocations.h"
-#include "tests/src/server/worksheet.h"
+// Which calls are made while memory runs out.
+#include "tests/leak_gate/imported_calls.h"
+#include "tests/src/com/type_information.h"
+#include "tests/src/server/memory_failure.h"
 
-#include <functional>
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <thread>
 
 using namespace tests;
+using leak_gate::Refusal;
 
 namespace {
 
-using leak_gate::Refusal;
-
-struct Means {
-    const char* name;
-    bool isCom;
-    Refusal::Extent extent;
-};
-constexpr Means allMeans[] = {{"one block of the heap", false, Refusal::Extent::One},
-                              {"two blocks of the heap", false, Refusal::Extent::Two},
-                              {"all blocks of the heap", false, Refusal::Extent::AllFromThereOn},
-                              {"one block of COM", true, Refusal::Extent::One},
-                              {"all blocks of COM", true, Refusal::Extent::AllFromThereOn}};
-
-// Each starts with a workbook that has the package P, and tells what the caller sees.
-struct Case;
-
-class MemoryFailure : public Worksheet, public testing::WithParamInterface<Case> {
-  public:
-    /// The package that each call begins with.
-    void SetUp() override;
-
-    std::string function(const wchar_t* name, std::vector<com::variant> arguments);
-    std::string service(const std::function<HRESULT(com::variant& out)>& call);
-
-    using Worksheet::addIn;
-    using Worksheet::book;
-    using Worksheet::create;
-
-    com::variant savedTable;
-
-  protected:
-    std::string packages();
-    void failEachAllocation(const Means& means);
-    void deleteCreated();
-    void failOne(const Means& means, long long position, bool& happened);
-
-    leak_gate::Owner dll = leak_gate::ownerOf("Quorvane.dll");
-    std::string healthy;
-};
-
-struct Case {
-    const char* name;
-    std::string (*call)(MemoryFailure& test);
-};
-
-void PrintTo(const Case& tested, std::ostream* out) { *out << tested.name; }
-
-std::string nameOf(const testing::TestParamInfo<Case>& tested) { return tested.param.name; }
+std::string nameOf(const testing::TestParamInfo<MemoryFailureCase>& tested) { return tested.param.name; }
 
 com::unique_bstr bstr(const wchar_t* text) { return com::makeBstr(text); }
 
-// A failure of a service, in the words of the front end's error dialog.
-std::string failed(HRESULT code) {
-    char text[40];
-    std::snprintf(text, sizeof text, "failed 0x%08lX ", static_cast<unsigned long>(code));
-    return text;
-}
-
-// A service has no words when there is no memory for them. The package is told by the material, and its own
-// words come back.
-bool isReport(const std::string& shown) {
-    return shown == "std::bad_alloc" || shown == "The material says: Unhandled exception" ||
-           shown == "failed 0x80004005 Quorvane.Excel: std::bad_alloc" ||
-           shown == "failed 0x80004005 Quorvane.Excel: " ||
-           shown.find("(told Quorvane.Excel: Failed to save package P: ") != std::string::npos;
-}
-
-} // namespace
-
-void MemoryFailure::SetUp() {
-    Worksheet::SetUp();
-    attach();
-    ASSERT_EQ(addIn->Persist(book(), savedTable.put()), S_OK);
-    // What is made once and kept: the add-in's own, and what the C++ run time needs for the first exception
-    // for which there is no memory, which nothing but want of memory makes it make.
-    healthy = GetParam().call(*this);
-    deleteCreated();
-    ASSERT_EQ(GetParam().call(*this), healthy);
-    deleteCreated();
-    {
-        const Refusal refusal{dll, 1, Refusal::Extent::Two};
-        service([&](com::variant& names) { return addIn->PackageNames(book(), &names); });
-    }
-    ASSERT_EQ(addIn->CloseWorkbook(book()), S_OK);
-    SetErrorInfo(0, nullptr);
-    package->forgetCalls();
-}
-
-std::string MemoryFailure::function(const wchar_t* name, std::vector<com::variant> arguments) {
-    SetErrorInfo(0, nullptr);
-    wchar_t* names[] = {const_cast<wchar_t*>(name)};
-    DISPID member = 0;
-    if (const HRESULT code = addIn->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member);
-        FAILED(code)) {
-        return failed(code);
-    }
-    std::ranges::reverse(arguments);
-    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    com::variant result;
-    EXCEPINFO exception{};
-    const HRESULT code = addIn->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
-                                       &result, &exception, nullptr);
-    const com::unique_bstr source{exception.bstrSource};
-    const com::unique_bstr description{exception.bstrDescription};
-    const com::unique_bstr help{exception.bstrHelpFile};
-    return SUCCEEDED(code) ? shown(result) : failed(code == DISP_E_EXCEPTION ? exception.scode : code);
-}
-
-std::string MemoryFailure::service(const std::function<HRESULT(com::variant& out)>& call) {
-    SetErrorInfo(0, nullptr);
-    com::variant out;
-    const HRESULT code = call(out);
-    if (FAILED(code)) {
-        return failed(code) + errorInfo();
-    }
-    const std::string told = errorInfo(); // what a message box has said
-    return told.empty() ? shown(out) : shown(out) + " (told " + told + ")";
-}
-
-std::string MemoryFailure::packages() {
-    return service([&](com::variant& names) { return addIn->PackageNames(book(), &names); });
-}
-
-void MemoryFailure::deleteCreated() { addIn->DeleteWorkbookPP(book(), bstr(L"Another").get()); }
-
-void MemoryFailure::failOne(const Means& means, long long position, bool& happened) {
-    const leak_gate::AllocationUse heap{dll};
-    const leak_gate::AllocationUse automation{leak_gate::comAllocator};
-    attach();
-    const std::string before = packages();
-    std::string shown;
-    {
-        const Refusal refusal =
-            means.isCom ? Refusal::ofCom(dll, position, means.extent) : Refusal{dll, position, means.extent};
-        shown = GetParam().call(*this);
-        happened = refusal.happened();
-    }
-    if (shown == healthy) {
-        deleteCreated();
-    }
-    if (!happened || shown == healthy) {
-        EXPECT_EQ(shown, healthy);
-    } else {
-        EXPECT_TRUE(isReport(shown)) << shown;
-        EXPECT_EQ(packages(), before);
-    }
-    EXPECT_EQ(GetParam().call(*this), healthy) << "the same call afterwards";
-    ASSERT_EQ(addIn->CloseWorkbook(book()), S_OK);
-    SetErrorInfo(0, nullptr);
-    package->forgetCalls();
-    EXPECT_EQ(heap.blocks(), 0);
-    EXPECT_EQ(automation.blocks(), 0);
-}
-
-void MemoryFailure::failEachAllocation(const Means& means) {
-    bool happened = true;
-    long long position = 0;
-    while (happened && !HasFailure()) {
-        SCOPED_TRACE(testing::Message() << means.name << ", from number " << ++position << " on");
-        failOne(means, position, happened);
-    }
-    std::printf("refused %s: %lld times\n", means.name, position - 1);
-    std::fflush(stdout);
-}
-
-TEST_P(MemoryFailure, IsReportedAndLosesNothing) {
-    for (const Means& means : allMeans) {
-        failEachAllocation(means);
+// Of 5 KB, in which compression finds something to do.
+void keepALargeState(scripted::Script& package) {
+    package.model.state.clear();
+    for (int i = 0; package.model.state.size() < 5000; ++i) {
+        package.model.state += "parameter " + std::to_string(i * i) + ";";
     }
 }
 
-namespace {
+std::string persist(MemoryFailure& test) {
+    return test.service([&](com::variant& out) { return test.addIn->Persist(test.book(), &out); });
+}
+
+std::string depersist(MemoryFailure& test) {
+    return test.service([&](com::variant&) { return test.addIn->Depersist(test.book(), test.savedTable); });
+}
 
 using Arguments = std::vector<com::variant>;
 
@@ -200,7 +48,7 @@ std::string listOf(MemoryFailure& test) {
         [&](com::variant& out) { return ((*test.addIn).*list)(test.book(), name.get(), &out); });
 }
 
-const Case functions[] = {
+const MemoryFailureCase functions[] = {
     {"CapeOpenPackageNames", [](MemoryFailure& test) { return test.function(L"CapeOpenPackageNames", {}); }},
     {"CapeOpenUnitOfMeasure",
      [](MemoryFailure& test) {
@@ -272,10 +120,20 @@ const Case functions[] = {
      }},
 };
 
-const Case services[] = {
+const MemoryFailureCase services[] = {
     {"CreateWorkbookPP",
      [](MemoryFailure& test) {
          return test.service([&](com::variant&) { return test.create(test.book(), L"Another"); });
+     }},
+    {"CreateWorkbookPPOfAManager",
+     [](MemoryFailure& test) {
+         const auto manager = bstr(L"Scripted Manager");
+         const auto package = bstr(L"First");
+         const auto name = bstr(L"Another");
+         return test.service([&](com::variant&) {
+             return test.addIn->CreateWorkbookPP(test.book(), manager.get(), scripted::managerInProcess,
+                                                 PropertyPackageManager11, package.get(), name.get());
+         });
      }},
     {"DeleteWorkbookPP",
      [](MemoryFailure& test) {
@@ -299,15 +157,10 @@ const Case services[] = {
      [](MemoryFailure& test) {
          return test.service([&](com::variant& out) { return test.addIn->PackageNames(test.book(), &out); });
      }},
-    {"Persist",
-     [](MemoryFailure& test) {
-         return test.service([&](com::variant& out) { return test.addIn->Persist(test.book(), &out); });
-     }},
-    {"Depersist",
-     [](MemoryFailure& test) {
-         return test.service(
-             [&](com::variant&) { return test.addIn->Depersist(test.book(), test.savedTable); });
-     }},
+    {"Persist", &persist},
+    {"PersistOfLargeStates", &persist, &keepALargeState},
+    {"Depersist", &depersist},
+    {"DepersistOfLargeStates", &depersist, &keepALargeState},
     {"CompoundNames", &listOf<&IQuorvaneVSTOServices::CompoundNames>},
     {"CompoundConstantNames", &listOf<&IQuorvaneVSTOServices::CompoundConstantNames>},
     {"TemperatureDependentPropertyNames", &listOf<&IQuorvaneVSTOServices::TemperatureDependentPropertyNames>},
@@ -386,7 +239,98 @@ const Case services[] = {
      }},
 };
 
+// Before any other test of this program: what the add-in reads once is read here.
+class FirstCall : public Caller {};
+
+TEST_F(FirstCall, ForWhichMemoryIsShortDoesNotSpoilTheNext) {
+    constexpr auto one = Refusal::Extent::One;
+    const auto call = [&] { return function(L"CapeOpenUnitOfMeasure", arguments(text(L"enthalpy"))); };
+    {
+        const Refusal refusal = Refusal::ofCom(dll_, 1, one); // that of the type library
+        call();
+    }
+    for (const bool isCom : {false, true}) {
+        bool happened = true;
+        int calls = 0;
+        for (long long last = 1; happened; ++last) {
+            // What is kept for the next call moves all that is still to be read to the front.
+            for (long long position = std::max(last - 2, 1LL); position <= last; ++position) {
+                ASSERT_LT(++calls, 10000) << "each call keeps something";
+                const leak_gate::AllocationUse kept{dll_};
+                {
+                    const Refusal refusal =
+                        isCom ? Refusal::ofCom(dll_, position, one) : Refusal{dll_, position, one};
+                    call();
+                    happened = refusal.happened();
+                }
+                if (kept.blocks() > 0) {
+                    last = 0;
+                    break;
+                }
+            }
+        }
+    }
+    EXPECT_EQ(call(), "J/mol");
+    attach();
+    EXPECT_EQ(function(L"CapeOpenPackageNames", arguments(text(L"horizontal"))), "P");
+}
+
+// GCC's run time needs memory for a thread's first exception.
+TEST(FirstFailure, OfAThreadIsThatThereIsNoMemoryForTheClassObject) {
+    const leak_gate::Owner dll = leak_gate::ownerOf("Quorvane.dll");
+    bool isSurvived = false;
+    std::thread{[dll, &isSurvived] {
+        const auto get = [] {
+            com::com_ptr<IClassFactory> factory;
+            return AddIn::instance().getClassObject(__uuidof(Excel), IID_IClassFactory, factory.putVoid());
+        };
+        {
+            const Refusal refusal{dll, 1, Refusal::Extent::AllFromThereOn};
+            EXPECT_EQ(get(), E_OUTOFMEMORY);
+        }
+        EXPECT_EQ(get(), S_OK);
+        isSurvived = true;
+    }}.join();
+    EXPECT_TRUE(isSurvived);
+}
+
 INSTANTIATE_TEST_SUITE_P(Function, MemoryFailure, testing::ValuesIn(functions), nameOf);
 INSTANTIATE_TEST_SUITE_P(Service, MemoryFailure, testing::ValuesIn(services), nameOf);
+
+// Each method of the interface that has no case of its name.
+template <std::size_t size>
+std::vector<std::wstring> untested(const wchar_t* interfaceName, const MemoryFailureCase (&cases)[size]) {
+    com::com_ptr<ITypeLib> library;
+    EXPECT_EQ(LoadTypeLib(AddIn::instance().path().c_str(), library.put()), S_OK);
+    const auto methods = quorvane::membersOf(quorvane::typeNamed(library.get(), interfaceName).get());
+    EXPECT_FALSE(methods.empty());
+    std::vector<std::wstring> missing;
+    for (const quorvane::LibraryMember& method : methods) {
+        if (std::ranges::none_of(cases, [&](const MemoryFailureCase& tested) {
+                return scripted::narrow(method.name) == tested.name;
+            })) {
+            missing.push_back(method.name);
+        }
+    }
+    return missing;
+}
+
+TEST(MemoryFailureCases, HaveEveryWorksheetFunction) {
+    EXPECT_THAT(untested(L"IQuorvaneUDF", functions), testing::IsEmpty());
+}
+TEST(MemoryFailureCases, HaveEveryService) {
+    EXPECT_THAT(untested(L"IQuorvaneVSTOServices", services), testing::IsEmpty());
+}
+
+TEST(MemoryFailureCases, RefuseEveryFunctionOfTheSystemThatAllocates) {
+    const std::vector<std::string> allocateNothing{
+        "CLSIDFromString",     "CoTaskMemFree",        "GetErrorInfo",       "SafeArrayDestroy",
+        "SafeArrayGetDim",     "SafeArrayGetElemsize", "SafeArrayGetLBound", "SafeArrayGetUBound",
+        "SafeArrayGetVartype", "SafeArrayLock",        "SafeArrayUnlock",    "SetErrorInfo",
+        "StringFromGUID2",     "SysFreeString",        "SysStringLen",       "VariantClear",
+        "VariantInit"};
+    EXPECT_THAT(leak_gate::unwatchedCalls(GetModuleHandleW(AddIn::instance().path().c_str())),
+                testing::IsSubsetOf(allocateNothing));
+}
 
 } // namespace
