@@ -72,11 +72,13 @@ HRESULT CapeObject::recordCurrentException(const wchar_t* interfaceName, const w
         } catch (const eos::NoConvergence& error) {
             set(ECapeSolvingErrorHR, error);
         } catch (const std::bad_alloc&) {
-            record.code = static_cast<HRESULT>(ECapeNoMemoryHR);
-            record.description = L"Not enough memory";
+            throw;
         } catch (const std::exception& error) {
             set(ECapeUnknownHR, error);
         }
+    } catch (const std::bad_alloc&) {
+        // Here ends also a failure for whose text there is no memory. What is told instead takes none.
+        record.code = static_cast<HRESULT>(ECapeNoMemoryHR);
     } catch (...) {
         record.code = static_cast<HRESULT>(ECapeUnknownHR);
     }
@@ -114,7 +116,8 @@ HRESULT STDMETHODCALLTYPE CapeObject::get_code(LONG* code) noexcept {
 }
 
 HRESULT STDMETHODCALLTYPE CapeObject::get_description(BSTR* description) noexcept {
-    return give(description, error_.description);
+    return error_.code == static_cast<HRESULT>(ECapeNoMemoryHR) ? give(description, L"Not enough memory")
+                                                                : give(description, error_.description);
 }
 
 HRESULT STDMETHODCALLTYPE CapeObject::get_scope(BSTR* scope) noexcept {

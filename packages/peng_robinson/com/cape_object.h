@@ -75,7 +75,7 @@ class CapeObject
   private:
     struct ErrorRecord {
         HRESULT code = S_OK;
-        std::wstring description;
+        std::wstring description; ///< empty when there is no memory
         const wchar_t* interfaceName = L"";
         const wchar_t* operation = L"";
         short position = 0;

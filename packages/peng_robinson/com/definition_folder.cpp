@@ -1,11 +1,11 @@
 #include "packages/peng_robinson/com/definition_folder.h"
 
+#include "com/owned.h"
 #include "packages/peng_robinson/com/values.h"
 #include "packages/peng_robinson/definition/definition.h"
 
 #include <algorithm>
 #include <fstream>
-#include <system_error>
 
 namespace peng_robinson {
 namespace {
@@ -26,11 +26,21 @@ std::filesystem::path folderPath() {
                          : std::filesystem::path{local} / L"Tarnwick" / L"PengRobinson";
 }
 
-bool isDefinition(const std::filesystem::directory_entry& entry) {
-    const std::wstring extension = entry.path().extension().wstring();
-    std::error_code ignored; // what cannot be asked is no file
+struct search_traits {
+    using pointer = HANDLE;
+    static void close(HANDLE search) noexcept { FindClose(search); }
+};
+using unique_search = com::unique_resource<search_traits>;
+
+bool isDefinition(const std::filesystem::path& name, const WIN32_FIND_DATAW& file) {
+    const std::wstring extension = name.extension().wstring();
     return (isSameName(extension, L".txt") || isSameName(extension, L".csv")) &&
-           entry.is_regular_file(ignored);
+           (file.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+// What Windows says when there is nothing more, or no such folder.
+bool isOnlyTheEnd(DWORD error) {
+    return error == ERROR_NO_MORE_FILES || error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 [[noreturn]] void fail(const std::wstring& description) {
@@ -64,14 +74,21 @@ std::shared_ptr<const Catalogue> DefinitionFile::read() const {
 DefinitionFolder DefinitionFolder::look() {
     DefinitionFolder folder;
     folder.path = folderPath();
-    std::error_code error;
-    std::filesystem::directory_iterator entry{folder.path, error};
-    for (; !error && entry != std::filesystem::directory_iterator{}; entry.increment(error)) {
-        if (isDefinition(*entry)) {
-            folder.files.push_back({entry->path().stem().wstring(), entry->path()});
+    if (folder.path.empty()) {
+        return folder;
+    }
+    // Not with the standard library, whose search for files ends the process when there is no memory for a
+    // name.
+    WIN32_FIND_DATAW file{};
+    const HANDLE begun = FindFirstFileW((folder.path / L"*").c_str(), &file);
+    const unique_search search{begun == INVALID_HANDLE_VALUE ? nullptr : begun};
+    for (bool isFound = static_cast<bool>(search); isFound; isFound = FindNextFileW(begun, &file) != 0) {
+        const std::filesystem::path name{static_cast<const wchar_t*>(file.cFileName)};
+        if (isDefinition(name, file)) {
+            folder.files.push_back({name.stem().wstring(), folder.path / name});
         }
     }
-    folder.isReadable = !error || error == std::errc::no_such_file_or_directory;
+    folder.isReadable = isOnlyTheEnd(GetLastError());
     std::ranges::sort(folder.files, [](const DefinitionFile& a, const DefinitionFile& b) {
         const int order = CompareStringOrdinal(a.name.c_str(), -1, b.name.c_str(), -1, TRUE);
         return order == CSTR_EQUAL ? a.path < b.path : order == CSTR_LESS_THAN;

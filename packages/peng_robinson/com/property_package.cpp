@@ -23,18 +23,17 @@ void* PropertyPackage::findInterface(REFIID iid) noexcept {
 }
 
 void PropertyPackage::configure(Selection selection) {
-    configuration_ = std::make_shared<const Configuration>(initial_->sharedCatalogue(), std::move(selection));
-    const auto old = std::exchange(material_, nullptr);
-    if (old == nullptr) {
-        return;
+    auto chosen = std::make_shared<const Configuration>(initial_->sharedCatalogue(), std::move(selection));
+    std::shared_ptr<const Material> renewed;
+    if (const auto old = material_) {
+        try {
+            renewed = std::make_shared<const Material>(old->object(), chosen);
+        } catch (const CapeError&) {
+            // The client learns it from the next calculation: no material is set.
+        }
     }
-    try {
-        auto renewed = std::make_shared<const Material>(old->object(), configuration_);
-        material_ = std::move(renewed);
-    } catch (const CapeError&) {
-        // The client learns it from the next calculation: no material is set.
-        material_.reset();
-    }
+    configuration_ = std::move(chosen);
+    material_ = std::move(renewed);
 }
 
 std::shared_ptr<const Material> PropertyPackage::requireMaterial() const {
