@@ -143,7 +143,7 @@ void depersist(WorkbookStore& store, WorkbookKey workbook, const VARIANT& table,
     if (cells.rows() == 0 || cells.columns() == 0) {
         return;
     }
-    store.tableOf(workbook);
+    const OpenWorkbook opened = store.open(workbook);
     Messages messages{report};
     for (std::size_t row = 0; row < cells.rows(); ++row) {
         PersistedPackage saved =
@@ -154,7 +154,7 @@ void depersist(WorkbookStore& store, WorkbookKey workbook, const VARIANT& table,
         try {
             auto package = restored(saved, allowance);
             package->keepStateText(std::move(saved.stateText));
-            if (!store.enterPackage(workbook, saved.ppName, std::move(package))) {
+            if (!WorkbookStore::enterPackage(opened, saved.ppName, std::move(package))) {
                 return; // the workbook was closed meanwhile
             }
         } catch (const std::bad_alloc&) {

@@ -38,13 +38,21 @@ std::size_t Fnv1aHash::operator()(std::wstring_view name) const noexcept {
 
 std::size_t Fnv1aHash::operator()(WorkbookKey key) const noexcept { return hashBytes(fnv1aOffset, key); }
 
+const std::shared_ptr<PackageTable>& WorkbookStore::sharedTableOf(WorkbookKey workbook) {
+    auto entry = tables_.find(workbook);
+    if (entry == tables_.end()) {
+        entry = tables_.try_emplace(workbook, std::make_shared<PackageTable>()).first;
+    }
+    return entry->second;
+}
+
 std::shared_ptr<PropertyPackage> WorkbookStore::find(WorkbookKey workbook, const std::wstring& ppName) const {
     const auto table = tables_.find(workbook);
     if (table == tables_.end()) {
         return nullptr;
     }
-    const auto entry = table->second.find(ppName);
-    return entry == table->second.end() ? nullptr : entry->second;
+    const auto entry = table->second->find(ppName);
+    return entry == table->second->end() ? nullptr : entry->second;
 }
 
 std::shared_ptr<PropertyPackage> WorkbookStore::require(WorkbookKey workbook, const std::wstring& ppName) {
@@ -60,30 +68,31 @@ void WorkbookStore::createPackage(WorkbookKey workbook, const std::wstring& ppNa
                                   const GUID& managerGUID, CAPEOPENPackageManagerType type,
                                   std::wstring packageName) {
     constexpr const wchar_t* taken = L"A package with the given name already exists in this workbook";
+    const OpenWorkbook opened = open(workbook);
     if (tableOf(workbook).contains(ppName)) {
         throw CWStrException{taken};
     }
     auto package = std::make_shared<PropertyPackage>(std::move(managerName), managerGUID, type,
                                                      std::move(packageName), nullptr);
-    // Looked up again: creating a package runs foreign code, which may have changed the store. Of a workbook
-    // that was closed nobody would ever release the package.
-    const auto table = tables_.find(workbook);
-    if (table == tables_.end()) {
+    // Looked at again: creating a package runs foreign code, which may have changed the store. Of a workbook
+    // that was closed nobody would ever release the package, and another one may have its key by now.
+    const auto table = opened.lock();
+    if (!table) {
         throw CWStrException{L"The workbook was closed while the package was created"};
     }
-    if (!table->second.try_emplace(ppName, std::move(package)).second) {
+    if (!table->try_emplace(ppName, std::move(package)).second) {
         throw CWStrException{taken};
     }
 }
 
-bool WorkbookStore::enterPackage(WorkbookKey workbook, const std::wstring& ppName,
+bool WorkbookStore::enterPackage(const OpenWorkbook& workbook, const std::wstring& ppName,
                                  std::shared_ptr<PropertyPackage> package) {
-    const auto table = tables_.find(workbook);
-    if (table == tables_.end()) {
+    const auto table = workbook.lock();
+    if (!table) {
         return false;
     }
     // What was there is released when this returns, the table being complete again.
-    table->second[ppName].swap(package);
+    (*table)[ppName].swap(package);
     return true;
 }
 
@@ -113,14 +122,14 @@ bool WorkbookStore::editPackage(WorkbookKey workbook, const std::wstring& ppName
 void WorkbookStore::deletePackage(WorkbookKey workbook, const std::wstring& ppName) {
     const auto table = tables_.find(workbook);
     if (table != tables_.end()) {
-        const auto removed = table->second.extract(ppName);
+        const auto removed = table->second->extract(ppName);
     }
 }
 
 ArrayVariant WorkbookStore::packageNames(WorkbookKey workbook) const {
     std::vector<std::wstring> names;
     if (const auto table = tables_.find(workbook); table != tables_.end()) {
-        for (const auto& entry : table->second) {
+        for (const auto& entry : *table->second) {
             names.push_back(entry.first);
         }
     }
@@ -130,7 +139,7 @@ ArrayVariant WorkbookStore::packageNames(WorkbookKey workbook) const {
 std::vector<NamedPackage> WorkbookStore::packagesOf(WorkbookKey workbook) const {
     std::vector<NamedPackage> packages;
     if (const auto table = tables_.find(workbook); table != tables_.end()) {
-        for (const auto& [ppName, package] : table->second) {
+        for (const auto& [ppName, package] : *table->second) {
             packages.push_back({ppName, package});
         }
     }

@@ -36,6 +36,10 @@ struct Fnv1aHash {
 using PackageTable =
     std::unordered_map<std::wstring, std::shared_ptr<PropertyPackage>, Fnv1aHash, std::equal_to<>>;
 
+/// A workbook's table as long as the workbook is open: expired from then on, even if the workbook has got
+/// another one since.
+using OpenWorkbook = std::weak_ptr<PackageTable>;
+
 struct NamedPackage {
     std::wstring ppName;
     std::shared_ptr<PropertyPackage> package;
@@ -44,7 +48,9 @@ struct NamedPackage {
 class WorkbookStore {
   public:
     /// The table of a workbook; an empty one is made for a workbook seen for the first time.
-    PackageTable& tableOf(WorkbookKey workbook) { return tables_[workbook]; }
+    PackageTable& tableOf(WorkbookKey workbook) { return *sharedTableOf(workbook); }
+    /// The same, to tell later whether the workbook was closed meanwhile.
+    OpenWorkbook open(WorkbookKey workbook) { return sharedTableOf(workbook); }
     /// The package, or null when the workbook or the name is unknown.
     std::shared_ptr<PropertyPackage> find(WorkbookKey workbook, const std::wstring& ppName) const;
     /// The package. Throws CWStrException "No such package".
@@ -54,10 +60,10 @@ class WorkbookStore {
     /// closed meanwhile, and what PropertyPackage throws; the store is then as it was.
     void createPackage(WorkbookKey workbook, const std::wstring& ppName, std::wstring managerName,
                        const GUID& managerGUID, CAPEOPENPackageManagerType type, std::wstring packageName);
-    /// Enters a package in the place of one that has the name. False when the workbook has no table (any
-    /// more); nothing is entered then.
-    bool enterPackage(WorkbookKey workbook, const std::wstring& ppName,
-                      std::shared_ptr<PropertyPackage> package);
+    /// Enters a package in the place of one that has the name. False when the workbook was closed; nothing is
+    /// entered then.
+    static bool enterPackage(const OpenWorkbook& workbook, const std::wstring& ppName,
+                             std::shared_ptr<PropertyPackage> package);
     /// Lets the user edit a package; true when it may have changed. An unknown package is not edited. Throws
     /// CWStrException "Property package does not support editing" or WStrException with the package's own
     /// text.
@@ -72,7 +78,9 @@ class WorkbookStore {
     void clear();
 
   private:
-    std::unordered_map<WorkbookKey, PackageTable, Fnv1aHash> tables_;
+    const std::shared_ptr<PackageTable>& sharedTableOf(WorkbookKey workbook);
+
+    std::unordered_map<WorkbookKey, std::shared_ptr<PackageTable>, Fnv1aHash> tables_; ///< the only owner
 };
 
 } // namespace quorvane

@@ -16,6 +16,13 @@ struct Ground {
 constexpr Ground grounds[] = {
     {"CloseWorkbook",
      [](IQuorvaneVSTOServices* addIn, _IDTExtensibility2*, IUnknown* book) { addIn->CloseWorkbook(book); }},
+    // Excel recalculates before the call is over, which makes the workbook's table anew.
+    {"CloseWorkbookAndOpenOne",
+     [](IQuorvaneVSTOServices* addIn, _IDTExtensibility2*, IUnknown* book) {
+         addIn->CloseWorkbook(book);
+         com::variant names;
+         addIn->CapeOpenPackageNames(com::variant::missing(), &names);
+     }},
     {"DeleteWorkbookPP", [](IQuorvaneVSTOServices* addIn, _IDTExtensibility2*,
                             IUnknown* book) { addIn->DeleteWorkbookPP(book, com::makeBstr(L"P").get()); }},
     {"OnBeginShutdown",
