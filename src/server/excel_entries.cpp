@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -123,15 +124,18 @@ LSTATUS removeFromVersion(HKEY office, const std::string& version) {
     return firstFailure;
 }
 
-// Only a name that certainly does not exist is free; whatever cannot be told counts as taken.
-std::string firstFreeName(HKEY options) {
-    std::string name = "OPEN";
-    for (int number = 1;
-         RegQueryValueExA(options, name.c_str(), nullptr, nullptr, nullptr, nullptr) != ERROR_FILE_NOT_FOUND;
-         ++number) {
-        name = "OPEN" + std::to_string(number);
+// Only a name that certainly does not exist is free; whatever cannot be told counts as taken. Of settings
+// that somebody removes meanwhile nothing can be told, however long one looks.
+std::optional<std::string> firstFreeName(HKEY options) {
+    constexpr int mostNames = 1000;
+    for (int number = 0; number < mostNames; ++number) {
+        std::string name = number == 0 ? "OPEN" : "OPEN" + std::to_string(number);
+        if (RegQueryValueExA(options, name.c_str(), nullptr, nullptr, nullptr, nullptr) ==
+            ERROR_FILE_NOT_FOUND) {
+            return name;
+        }
     }
-    return name;
+    return std::nullopt;
 }
 
 } // namespace
@@ -142,10 +146,13 @@ void addExcelEntries() {
         return;
     }
     for (const std::string& version : officeVersions(office.get())) {
-        if (const auto options = open(office.get(), version + "\\Excel\\Options", KEY_READ | KEY_SET_VALUE)) {
-            const std::string name = firstFreeName(options.get());
+        const auto options = open(office.get(), version + "\\Excel\\Options", KEY_READ | KEY_SET_VALUE);
+        if (!options) {
+            continue;
+        }
+        if (const auto name = firstFreeName(options.get())) {
             const std::string command = openCommand;
-            RegSetValueExA(options.get(), name.c_str(), 0, REG_SZ,
+            RegSetValueExA(options.get(), name->c_str(), 0, REG_SZ,
                            reinterpret_cast<const BYTE*>(command.c_str()),
                            static_cast<DWORD>(command.size() + 1));
         }

@@ -7,7 +7,7 @@
 namespace quorvane {
 
 /// Writes an OPEN value under the first free name (OPEN, OPEN1, OPEN2, ...) for each version that has Excel
-/// options. Versions without them are skipped.
+/// options. Versions without them are skipped, and those of which a thousand names are taken.
 void addExcelEntries();
 
 /// Removes every OPEN value that mentions the class, and its rows in the list of unchecked add-ins. Nothing

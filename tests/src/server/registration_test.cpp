@@ -145,6 +145,20 @@ TEST_F(Registration, TakesTheFirstFreeOpenName) {
     EXPECT_EQ(userValue(options(L"16.0"), L"OPEN2"), openCommand);
 }
 
+// Beyond it the settings are damaged, or cannot be read at all.
+TEST_F(Registration, LooksForAFreeOpenNameUpToAThousand) {
+    const std::wstring key = options(L"16.0");
+    setUserValue(key, L"OPEN", L"C:\\Other\\add-in.xla");
+    for (int number = 1; number < 1000; ++number) {
+        setUserValue(key, (L"OPEN" + std::to_wstring(number)).c_str(), L"C:\\Other\\add-in.xla");
+    }
+    ASSERT_EQ(addIn.registerServer(), S_OK);
+    EXPECT_FALSE(userValue(key, L"OPEN1000"));
+    setUserValue(key, L"OPEN999", openCommand);
+    ASSERT_EQ(addIn.registerServer(), S_OK);
+    EXPECT_EQ(userValue(key, L"OPEN999"), openCommand) << "the last one is taken again";
+}
+
 TEST_F(Registration, TwiceLeavesOneOpenValue) {
     setUserValue(options(L"16.0"), L"Other", L"1");
     ASSERT_EQ(addIn.registerServer(), S_OK);
