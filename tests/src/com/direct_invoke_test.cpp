@@ -39,7 +39,7 @@ std::string written(const VARIANT& value) {
     const std::string type = hex(value.vt) + ":";
     switch (value.vt) {
     case VT_EMPTY:
-        return type;
+        return hex(VT_EMPTY) + ":";
     case VT_BSTR:
         return type + written(value.bstrVal);
     case VT_ARRAY | VT_R8:
