@@ -90,7 +90,8 @@ std::string MemoryFailure::call() { return GetParam().call(*this); }
 
 std::string Caller::function(const wchar_t* name, std::vector<com::variant> arguments) {
     SetErrorInfo(0, nullptr);
-    wchar_t* names[] = {const_cast<wchar_t*>(name)};
+    std::wstring spelling{name};
+    wchar_t* names[] = {spelling.data()};
     DISPID member = 0;
     if (const HRESULT code = addIn->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member);
         FAILED(code)) {

@@ -116,7 +116,7 @@ const Case cases[] = {
     {"ICapeThermoCompounds", "GetCompoundList",
      [](Stage& stage) -> Answer {
          std::array<com::variant, 6> out;
-         const HRESULT code = stage.of<ICapeThermoCompounds>()->GetCompoundList(&out[0], &out[1], &out[2],
+         const HRESULT code = stage.of<ICapeThermoCompounds>()->GetCompoundList(out.data(), &out[1], &out[2],
                                                                                 &out[3], &out[4], &out[5]);
          std::string all;
          for (const com::variant& list : out) {
