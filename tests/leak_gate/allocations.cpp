@@ -24,6 +24,7 @@ struct SystemAllocator {
     template <typename U>
     explicit SystemAllocator(const SystemAllocator<U>&) noexcept {}
     T* allocate(std::size_t count) {
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): some of what a table holds are pointers
         void* const memory = HeapAlloc(GetProcessHeap(), 0, count * sizeof(T));
         if (memory == nullptr) {
             throw std::bad_alloc{};

@@ -27,8 +27,10 @@ void forEachImport(HMODULE module,
             if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) {
                 const auto* const entry =
                     at<IMAGE_IMPORT_BY_NAME>(module, static_cast<DWORD>(name->u1.AddressOfData));
+                // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): overwrite makes it writable
+                auto* const changed = const_cast<IMAGE_THUNK_DATA*>(pointer);
                 change(at<char>(module, from->Name), reinterpret_cast<const char*>(entry->Name),
-                       reinterpret_cast<void**>(const_cast<IMAGE_THUNK_DATA*>(pointer)));
+                       reinterpret_cast<void**>(changed));
             }
         }
     }
