@@ -220,10 +220,11 @@ HRESULT STDMETHODCALLTYPE MaterialObject11::GetTPFraction(BSTR label, double* T,
         if (composition == nullptr) {
             throwNoValue();
         }
-        com::assign(fractions,
-                    com::realArray(convertComposition(composition->values, composition->basis, Basis_Mole)));
+        com::variant moleFractions =
+            com::realArray(convertComposition(composition->values, composition->basis, Basis_Mole));
         *T = temperature;
         *P = pressure;
+        com::assign(fractions, std::move(moleFractions)); // an object that is there may act when it goes
     });
 }
 

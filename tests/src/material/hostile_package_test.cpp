@@ -1,6 +1,8 @@
 // Packages that hand over malformed values, call at the wrong time, or keep the material for too long.
 #include "tests/src/material/material_fixture.h"
 
+#include <functional>
+
 namespace quorvane {
 
 namespace {
@@ -153,6 +155,36 @@ TEST_F(HostilePackage, AFailedReadLeavesTheOutputs) {
     EXPECT_EQ(T, 1.0);
     EXPECT_EQ(P, 2.0);
     EXPECT_EQ(scripted::textOf(value), "old text");
+}
+
+// Goes with a last act.
+class Parting final : public com::implements<com::COMObject, IPersist> {
+  public:
+    explicit Parting(std::function<void()> act) : act_{std::move(act)} {}
+    ~Parting() override { act_(); }
+
+    HRESULT STDMETHODCALLTYPE GetClassID(CLSID*) noexcept override { return E_NOTIMPL; }
+
+  private:
+    std::function<void()> act_;
+};
+
+TEST_F(HostilePackage, WhatAnOutputHeldMayMakeAnotherRequestWhileItGoes) {
+    auto parting = com::make<Parting>([this] {
+        material->temperature = 400.0;
+        material->pressure = 4e5;
+        material->setComposition({1.0, 0.0, 0.0}, Basis_Mole);
+    });
+    com::variant fractions;
+    fractions.vt = VT_UNKNOWN;
+    fractions.punkVal = static_cast<IPersist*>(parting.release());
+    double T = 0.0;
+    double P = 0.0;
+    const auto label = com::makeBstr(L"Liquid");
+    ASSERT_EQ(material->GetTPFraction(label.get(), &T, &P, &fractions), S_OK);
+    EXPECT_EQ(T, 350.0);
+    EXPECT_EQ(P, 2e5);
+    EXPECT_EQ(scripted::textOf(fractions), "[0.2, 0.3, 0.5]");
 }
 
 TEST(MaterialBeforeAnyRequest, TakesAndGivesNothing) {
