@@ -161,9 +161,9 @@ const ElementType* elementType(VARTYPE vt) noexcept {
     return nullptr;
 }
 
-// A careless component labels an array with another type than it holds; reading that would follow numbers as
-// pointers.
-bool labelIsTrue(SAFEARRAY* array, VARTYPE vt) noexcept {
+} // namespace
+
+bool holdsElements(SAFEARRAY* array, VARTYPE vt) noexcept {
     VARTYPE actual = VT_EMPTY;
     if (SUCCEEDED(SafeArrayGetVartype(array, &actual)) && actual != vt) {
         return false;
@@ -172,8 +172,6 @@ bool labelIsTrue(SAFEARRAY* array, VARTYPE vt) noexcept {
     return type == nullptr || SafeArrayGetElemsize(array) == type->size;
 }
 
-} // namespace
-
 bool inspectVector(ArrayVariant& holder, VARTYPE vt, std::wstring& message) {
     holder.lowerBound = 0;
     holder.count = 0;
@@ -181,7 +179,7 @@ bool inspectVector(ArrayVariant& holder, VARTYPE vt, std::wstring& message) {
         return true;
     }
     SAFEARRAY* const array = holder.value.parray;
-    if (holder.value.vt != (vt | VT_ARRAY) || (array != nullptr && !labelIsTrue(array, vt))) {
+    if (holder.value.vt != (vt | VT_ARRAY) || (array != nullptr && !holdsElements(array, vt))) {
         const ElementType* type = elementType(vt);
         message = joined(L"Expected an array of type ", type == nullptr ? L"<unknown>" : type->word);
         return false;
@@ -201,7 +199,7 @@ bool inspectVector(ArrayVariant& holder, VARTYPE vt, std::wstring& message) {
         return false;
     }
     const std::int64_t count = std::int64_t{upper} - lower + 1;
-    if (count > INT32_MAX || (count != 0 && array->pvData == nullptr)) {
+    if (count < 0 || count > INT32_MAX || (count != 0 && array->pvData == nullptr)) {
         message = unreadable;
         return false;
     }

@@ -75,6 +75,11 @@ class ArrayVariant {
 /// A one-dimensional VT_BSTR array; an empty text is left as a null BSTR; an empty list gives VT_EMPTY.
 ArrayVariant stringVectorToArray(std::span<const std::wstring> strings);
 
+/// Whether the elements of an array are of the type that its label says, or of that type's size when the
+/// array does not tell. A careless component labels an array with another type than it holds; reading that
+/// would follow numbers as pointers.
+bool holdsElements(SAFEARRAY* array, VARTYPE vt) noexcept;
+
 /// Checks that `holder` holds a one-dimensional array of `vt` and fills in `lowerBound` and `count`; VT_EMPTY
 /// counts as no elements. On failure `message` tells what was wrong, without context: callers put their own
 /// before it.

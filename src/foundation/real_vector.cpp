@@ -73,6 +73,9 @@ std::int32_t vectorLength(SAFEARRAY* array) {
         if (extent == 1) {
             continue;
         }
+        if (extent < 0 || extent > INT32_MAX) {
+            throw CWStrException{L"not a real array"};
+        }
         if (found) {
             throw CWStrException{L"unexpected dimension; array expected"};
         }
@@ -90,8 +93,7 @@ std::vector<double> readArray(const VARIANT& value, std::vector<double> reals) {
     if (value.parray == nullptr) {
         return reals;
     }
-    VARTYPE actual = VT_EMPTY;
-    if (SUCCEEDED(SafeArrayGetVartype(value.parray, &actual)) && actual != (value.vt & VT_TYPEMASK)) {
+    if (!holdsElements(value.parray, value.vt & VT_TYPEMASK)) {
         throw CWStrException{L"not a real array"};
     }
     ArrayVariant holder = ArrayVariant::borrow(value);

@@ -149,6 +149,11 @@ TEST(InspectVector, RefusesMoreElementsThanCanBeCounted) {
     value.vt = VT_ARRAY | VT_R8;
     value.parray = descriptor;
     EXPECT_EQ(complaint(value, VT_R8), L"failed to access array data");
+    // The last index is beyond the numbers that an index can be, and comes out below the first.
+    descriptor->rgsabound[0] = {0x80000000U, 1};
+    EXPECT_EQ(complaint(value, VT_R8), L"failed to access array data");
+    descriptor->rgsabound[0] = {0xFFFFFFFFU, 0};
+    EXPECT_EQ(complaint(value, VT_R8), L"failed to access array data");
     descriptor->pvData = nullptr;
 }
 

@@ -125,6 +125,35 @@ TEST(RealVector, ReadsAnArrayThatDoesNotTellItsTypeAsItsLabelSays) {
     EXPECT_EQ(readRealVector(value), (Reals{0.25, 0.75}));
 }
 
+TEST(RealVector, RefusesElementsThatAreNotOfTheSizeThatTheLabelSays) {
+    double numbers[] = {0.25, 0.75};
+    const com::unique_safearray array = description(2);
+    array.get()->fFeatures = FADF_STATIC;
+    array.get()->pvData = numbers;
+    VARIANT value{};
+    value.vt = VT_ARRAY | VT_VARIANT;
+    value.parray = array.get();
+    EXPECT_EQ(refusal(value), L"not a real array");
+    value.vt = VT_ARRAY | VT_R8;
+    array.get()->cbElements = sizeof(float);
+    EXPECT_EQ(refusal(value), L"not a real array");
+}
+
+TEST(RealVector, RefusesMoreElementsThanCanBeCounted) {
+    double number = 0.25;
+    const com::unique_safearray array = description(1);
+    array.get()->fFeatures = FADF_STATIC;
+    array.get()->pvData = &number;
+    VARIANT value{};
+    value.vt = VT_ARRAY | VT_R8;
+    value.parray = array.get();
+    for (const SAFEARRAYBOUND& bound : Bounds{{0x80000000U, 0}, {0x80000000U, 1}, {0xFFFFFFFFU, 0}}) {
+        array.get()->rgsabound[0] = bound;
+        EXPECT_EQ(refusal(value), L"not a real array") << bound.lLbound;
+    }
+    array.get()->rgsabound[0] = {1, 0}; // it is emptied in the end
+}
+
 TEST(RealVector, RefusesAnArrayWhoseElementsAreNotThere) {
     const com::unique_safearray array = description(2);
     VARIANT value{};
