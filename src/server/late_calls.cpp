@@ -172,7 +172,7 @@ HRESULT invokeWorksheetFunction(IQuorvaneVSTOServices* object, ITypeInfo* info, 
         [&] {
             const auto position = static_cast<std::size_t>(member - firstFunction);
             const Signature& signature = signatures()[position];
-            if (given.cArgs > signature.size()) {
+            if (given.cArgs > signature.size() || given.cNamedArgs > given.cArgs) {
                 code = DISP_E_BADPARAMCOUNT;
                 return;
             }

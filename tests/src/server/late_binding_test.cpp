@@ -103,6 +103,12 @@ TEST_F(LateBinding, TooManyArgumentsAreNotACall) {
     EXPECT_EQ(invoke(unitOfMeasure, arguments(text(L"a"), text(L"b"), text(L"volume")), &result),
               DISP_E_BADPARAMCOUNT);
 }
+TEST_F(LateBinding, MoreNamesThanArgumentsAreNotACall) {
+    com::variant result;
+    EXPECT_EQ(invoke(unitOfMeasure, arguments(text(L"volume")), &result, {5, 6}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(invoke(unitOfMeasure, {}, &result, {0}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(result.vt, VT_EMPTY);
+}
 TEST_F(LateBinding, AnUnknownMemberIsNotFound) {
     com::variant result;
     EXPECT_EQ(invoke(0x60020009, {}, &result), DISP_E_MEMBERNOTFOUND);
