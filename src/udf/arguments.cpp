@@ -148,6 +148,11 @@ Reals::Reals(Session& session, const VARIANT& argument, bool normalize)
     }
 }
 
+Reals::Reals(Session& session, const std::vector<double>& result)
+    : session_{session}, values_{session.lendReals()} {
+    values_.assign(result.begin(), result.end());
+}
+
 void requireComposition(const std::vector<double>& composition, const PropertyPackage& package,
                         const wchar_t* name) {
     if (composition.size() != static_cast<std::size_t>(package.compoundCount())) {

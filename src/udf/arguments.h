@@ -29,11 +29,15 @@ std::int32_t readPhase(PropertyPackage& package, const VARIANT& argument);
 /// A truth value; `argumentName` appears in the message for a value that is none.
 bool readFlag(const VARIANT& argument, const wchar_t* argumentName, bool defaultValue);
 
-/// A composition, in memory that the session lends: real values, scaled to the sum 1 if asked. One that sums
-/// to zero or to no number stays as it is, for the package to refuse.
+/// Real values in memory that the session lends.
 class Reals {
   public:
+    /// A composition, scaled to the sum 1 if asked. One that sums to zero or to no number stays as it is, for
+    /// the package to refuse.
     Reals(Session& session, const VARIANT& argument, bool normalize);
+    /// A copy of a package's result, which the package's next calculation overwrites: the reading of any
+    /// further argument may bring one about, when a cell runs a macro.
+    Reals(Session& session, const std::vector<double>& result);
     Reals(const Reals&) = delete;
     Reals& operator=(const Reals&) = delete;
     ~Reals() { session_.takeBackReals(std::move(values_)); }

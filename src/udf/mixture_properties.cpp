@@ -128,10 +128,10 @@ void mixtureProperty(Session& session, const MixturePropertyArguments& arguments
     package->ensureMaterial();
     requireComposition(composition.values(), *package, L"composition");
     const PropertyInfo& info = lookupProperty(arguments.propertyName);
-    const std::vector<double>& values = package->calcSinglePhaseProperty(
-        arguments.propertyName, arguments.phaseName, arguments.T, arguments.P, composition.values(),
-        compositionIsMass, info, resultIsMass);
-    layOut(values, info, composition.size(), arguments.orientation, arguments.transposed, result);
+    const Reals values{session, package->calcSinglePhaseProperty(
+                                    arguments.propertyName, arguments.phaseName, arguments.T, arguments.P,
+                                    composition.values(), compositionIsMass, info, resultIsMass)};
+    layOut(values.values(), info, composition.size(), arguments.orientation, arguments.transposed, result);
 }
 
 void twoPhaseProperty(Session& session, const TwoPhasePropertyArguments& arguments, VARIANT& result) {
@@ -151,10 +151,11 @@ void twoPhaseProperty(Session& session, const TwoPhasePropertyArguments& argumen
     const Reals composition2{session, arguments.phase2Composition, normalize};
     requireComposition(composition2.values(), *package, L"phase 2 composition");
     const PropertyInfo& info = lookupProperty(arguments.propertyName);
-    const std::vector<double>& all = package->calcTwoPhaseProperty(
-        arguments.propertyName, arguments.phase1Name, arguments.phase2Name, arguments.T, arguments.P,
-        composition1.values(), composition2.values(), compositionIsMass, info);
-    std::span<const double> values{all};
+    const Reals all{session, package->calcTwoPhaseProperty(arguments.propertyName, arguments.phase1Name,
+                                                           arguments.phase2Name, arguments.T, arguments.P,
+                                                           composition1.values(), composition2.values(),
+                                                           compositionIsMass, info)};
+    std::span<const double> values{all.values()};
     if (isCompositionDerivative(info)) {
         const std::size_t half = values.size() / 2;
         switch (readDerivativePhase(arguments.compositionDerivativePhase, arguments.phase1Name,

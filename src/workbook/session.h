@@ -40,8 +40,8 @@ class Session {
     /// front end may be loaded later, and the next call tries again.
     void handOver(IQuorvaneVSTOServices* services) noexcept;
 
-    /// Memory for numbers that a call reads, to be given back at its end: a sheet calls so often that taking
-    /// and freeing it each time is felt. A call inside a call gets memory of its own.
+    /// Memory for numbers that a call works with, to be given back at its end: a sheet calls so often that
+    /// taking and freeing it each time is felt. A call inside a call gets memory of its own.
     std::vector<double> lendReals() noexcept;
     void takeBackReals(std::vector<double> reals) noexcept;
 
@@ -49,7 +49,7 @@ class Session {
     WorkbookStore store_;
     bool handedOver_ = false;
     bool handingOver_ = false;
-    std::array<std::vector<double>, 2> spareReals_; ///< no call reads more than two compositions
+    std::array<std::vector<double>, 3> spareReals_; ///< no call has more than two compositions and a result
 };
 
 } // namespace quorvane

@@ -53,6 +53,7 @@ class ReEntrancy : public Worksheet {
     void SetUp() override {
         Worksheet::SetUp();
         attach();
+        package->model.twoPhase.push_back({L"kvalue.DmolFraction", 2, false});
     }
     void edit() {
         VARIANT_BOOL changed = VARIANT_FALSE;
@@ -67,6 +68,43 @@ class ReEntrancy : public Worksheet {
             edit();
         });
         return com::variant::object(static_cast<ExcelRange*>(cell.get()));
+    }
+    std::string mixture(const wchar_t* property, double T, com::variant orientation,
+                        com::variant transposed = omitted(), com::variant basis = omitted()) {
+        return show(L"CapeOpenMixtureProperty", text(L"P"), text(property), text(L"Vapor"), number(T),
+                    number(1e5), cells({1.0, 1.0, 2.0}), omitted(), std::move(basis), std::move(orientation),
+                    std::move(transposed));
+    }
+    std::string twoPhase(const wchar_t* property, double T, com::variant orientation,
+                         com::variant derivativePhase = omitted()) {
+        return show(L"CapeOpenTwoPhaseProperty", text(L"P"), text(property), text(L"Vapor"), text(L"Liquid"),
+                    number(T), number(1e5), cells({1.0, 1.0, 2.0}), cells({2.0, 1.0, 1.0}), omitted(),
+                    std::move(orientation), std::move(derivativePhase));
+    }
+    /// The number 1 in a cell whose macro has the package calculate other values, more and fewer of them,
+    /// with another material if it edits the package.
+    com::variant calculating(bool edits) {
+        const auto cell = com::make<MacroCell>(1.0, [this, edits] {
+            if (edits) {
+                edit();
+            }
+            for (const wchar_t* property :
+                 {L"fugacityCoefficient", L"diffusionCoefficient", L"enthalpy", L"fugacityCoefficient"}) {
+                EXPECT_NE(mixture(property, 500.0, number(1)), "");
+            }
+            EXPECT_NE(mixture(L"enthalpy.DmolFraction", 500.0, number(1), omitted(), text(L"mass")), "");
+            EXPECT_NE(twoPhase(L"kvalue.DmolFraction", 500.0, number(1)), "");
+            EXPECT_NE(twoPhase(L"kvalue", 500.0, number(1)), "");
+        });
+        return com::variant::object(static_cast<ExcelRange*>(cell.get()));
+    }
+    /// `calculate` is given the number 1 for two arguments, then each as such a cell.
+    template <typename Calculate>
+    void expectSame(Calculate calculate) {
+        const std::string expected = calculate(number(1), number(1));
+        for (const bool edits : {false, true}) {
+            EXPECT_EQ(calculate(calculating(edits), calculating(edits)), expected) << edits;
+        }
     }
 };
 
@@ -115,6 +153,39 @@ TEST_F(ReEntrancy, AConstantOfACompoundThatIsGoneWhenItsCellIsReadFailsTheCall) 
 TEST_F(ReEntrancy, AFlashWhoseCompositionEditsThePackageIsRefused) {
     EXPECT_EQ(flash({.composition = numberOfTheLast(1.0)}),
               "Unexpected number of values for overall composition");
+}
+TEST_F(ReEntrancy, AListIsThatOfItsOwnCellWhateverTheCellOfTheOrientationCalculates) {
+    expectSame([&](com::variant orientation, const com::variant&) {
+        return mixture(L"fugacityCoefficient", 300.0, std::move(orientation));
+    });
+}
+TEST_F(ReEntrancy, AMatrixIsThatOfItsOwnCellWhateverTheCellOfTheTranspositionCalculates) {
+    expectSame([&](com::variant, com::variant transposed) {
+        return mixture(L"diffusionCoefficient", 300.0, number(Orientation_Matrix), std::move(transposed));
+    });
+}
+TEST_F(ReEntrancy, AConvertedListIsThatOfItsOwnCellWhateverTheCellOfTheOrientationCalculates) {
+    const auto converted = [&](com::variant orientation) {
+        // Only the first such conversion of a package succeeds.
+        addIn->DeleteWorkbookPP(book(), com::makeBstr(L"P").get());
+        attach();
+        return mixture(L"enthalpy.DmolFraction", 300.0, std::move(orientation), omitted(), text(L"mass"));
+    };
+    const std::string expected = converted(number(1));
+    for (const bool edits : {false, true}) {
+        EXPECT_EQ(converted(calculating(edits)), expected) << edits;
+    }
+}
+TEST_F(ReEntrancy, ATwoPhaseListIsThatOfItsOwnCellWhateverTheCellOfTheOrientationCalculates) {
+    expectSame([&](com::variant orientation, const com::variant&) {
+        return twoPhase(L"kvalue", 300.0, std::move(orientation));
+    });
+}
+TEST_F(ReEntrancy, ATwoPhaseDerivativeIsThatOfItsOwnCellWhateverTheCellOfThePhaseCalculates) {
+    expectSame([&](com::variant derivativePhase, const com::variant&) {
+        return twoPhase(L"kvalue.DmolFraction", 300.0, number(Orientation_Horizontal),
+                        std::move(derivativePhase));
+    });
 }
 TEST_F(ReEntrancy, AShutdownDuringACalculationEndsInAResult) {
     package->hook("CalcEquilibrium", [&](scripted::Call& call) {
