@@ -101,6 +101,10 @@ void PropertyPackage::loadCompounds() {
     }
     for (ArrayVariant& list : lists) {
         list.unlock();
+        // What a list that nobody else looks at refers to may be gone when the material is asked for it.
+        if ((list.value.vt & VT_BYREF) != 0) {
+            list.release();
+        }
     }
     compoundData_ = std::move(lists);
     molecularWeights_ = std::move(weights);

@@ -46,6 +46,42 @@ TEST_F(Lists, MolecularWeightsAreInKilograms) {
     EXPECT_FALSE(bound->missingMolecularWeight());
 }
 
+TEST_F(Lists, AMaterialDoesNotFollowWhatAListOfCompoundsReferredTo) {
+    com::variant text{L"gone when it is asked for"};
+    VARIANT named{};
+    named.vt = VT_VARIANT | VT_BYREF;
+    named.pvarVal = &text;
+    com::variant values = com::variant::array(com::makeVector(VT_VARIANT, 1), VT_VARIANT);
+    com::array_lock<VARIANT>{values.parray}.elements()[0] = named;
+    SAFEARRAY* array = values.parray;
+    VARIANT listed{};
+    listed.vt = VT_ARRAY | VT_VARIANT | VT_BYREF;
+    listed.pparray = &array;
+    script.hook("GetCompoundList", [&](scripted::Call& call) {
+        const HRESULT code = call.healthy();
+        call.out[1].replace(com::variant::attach(listed));
+        call.out[3].replace(com::variant::attach(named));
+        return code;
+    });
+    com::variant lists[6];
+    script.hook("CalcSinglePhaseProp", [&](scripted::Call& call) {
+        const auto compounds = com::queryFor<ICapeThermoCompounds>(call.material);
+        EXPECT_EQ(
+            compounds->GetCompoundList(&lists[0], &lists[1], &lists[2], &lists[3], &lists[4], &lists[5]),
+            S_OK);
+        return call.healthy();
+    });
+    bound->ensureMaterial();
+    array = reinterpret_cast<SAFEARRAY*>(0x10);
+    text = com::variant{L"something else"};
+    bound->calcSinglePhaseProperty(com::makeBstr(L"enthalpy").get(), com::makeBstr(L"Liquid").get(), 300.0,
+                                   1e5, {0.2, 0.3, 0.5}, false, lookupProperty(L"enthalpy"), false);
+    EXPECT_EQ(scripted::textOf(lists[0]), "[A1, B2, C3]");
+    EXPECT_EQ(lists[1].vt, VT_EMPTY);
+    EXPECT_EQ(lists[3].vt, VT_EMPTY);
+    EXPECT_EQ(scripted::textOf(lists[5]), "[11-11-1, 22-22-2, 33-33-3]");
+}
+
 TEST_F(Lists, AMissingMolecularWeightIsNoFailure) {
     for (const double missing : {missingMarker, std::nan("")}) {
         bound->reset();
