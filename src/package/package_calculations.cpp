@@ -20,6 +20,9 @@ void assignFolded(std::wstring& target, BSTR text) {
     std::ranges::transform(view, target.begin(), [](wchar_t c) { return foldAscii(c); });
 }
 
+// A cell holds 32767 characters; the message about a property that is not known has 27 of its own.
+constexpr std::size_t mostCharactersSought = 32767 - 27;
+
 const std::vector<double>& requireCalculated(const MaterialObject11& material) {
     if (material.result.empty()) {
         throw CWStrException{L"Property was not calculated by property package"};
@@ -107,9 +110,13 @@ const std::vector<double>& PropertyPackage::convertCompositionDerivatives(
     const double g = amount.molesPerMass();
     convertedDerivatives_ = material_->result;
     // Appended to what an earlier conversion left, so that a second one on the same package fails to find its
-    // base property. Kept: workbooks in use show that message.
+    // base property. Kept: workbooks in use show that message. It grows with every recalculation, up to what
+    // a cell can show.
     const std::wstring_view name = com::viewOf(propName);
-    scratchText_.append(name.substr(0, name.find(L'.')));
+    const std::wstring_view baseProperty = name.substr(0, name.find(L'.'));
+    if (scratchText_.size() + baseProperty.size() <= mostCharactersSought) {
+        scratchText_.append(baseProperty);
+    }
     const PropertyInfo& baseInfo = lookupProperty(scratchText_.c_str());
     const com::unique_bstr baseName = com::makeBstr(scratchText_);
     const double b = calcSinglePhaseProperty(baseName.get(), phaseLabel, T, P, composition, compositionIsMass,

@@ -324,6 +324,21 @@ TEST_F(SinglePhaseProperty, ASecondConversionOfCompositionDerivativesFailsEvenAf
     EXPECT_EQ(failure(L"density.DmolFraction", onMass), "Invalid/unknown property \"enthalpydensity\"");
 }
 
+TEST_F(SinglePhaseProperty, HoweverOftenAConversionFailsItsMessageFitsIntoACell) {
+    constexpr std::size_t mostCharactersOfACell = 32767;
+    const auto message = [](const std::string& sought) {
+        return "Invalid/unknown property \"" + sought + "\"";
+    };
+    ASSERT_EQ(failure(L"enthalpy.DmolFraction", onMass), "no failure");
+    std::string sought = "enthalpyenthalpy";
+    for (; message(sought).size() <= mostCharactersOfACell; sought += "enthalpy") {
+        ASSERT_EQ(failure(L"enthalpy.DmolFraction", onMass), message(sought));
+    }
+    const std::string longest = message(sought.substr(0, sought.size() - 8));
+    EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), longest);
+    EXPECT_EQ(failure(L"enthalpy.DmolFraction", onMass), longest);
+}
+
 TEST_F(SinglePhaseProperty, EveryPackageConvertsCompositionDerivativesOnce) {
     ASSERT_EQ(failure(L"enthalpy.DmolFraction", onMass), "no failure");
     bound = bind();
