@@ -206,12 +206,15 @@ const std::vector<PhaseResult>& PropertyPackage::calcEquilibrium(const Equilibri
     material_->mode = CalculationMode::Equilibrium;
     material_->resetPhases();
     bool phaseFractionGiven = false;
+    // Locked below for the reason that LentTexts has.
     const ArrayVariant first =
         specification(condition1, material_->specifications[0], isMass, phaseFractionGiven);
     const ArrayVariant second =
         specification(condition2, material_->specifications[1], isMass, phaseFractionGiven);
     const bool useSolutionType = phaseFractionGiven && !com::viewOf(solutionType).empty();
     const com::unique_bstr unspecified = useSolutionType ? com::unique_bstr{} : com::makeBstr(L"Unspecified");
+    const com::array_lock<BSTR> firstLent{first.value.parray};
+    const com::array_lock<BSTR> secondLent{second.value.parray};
     const HRESULT code = equilibriumRoutine_->CalcEquilibrium(
         first.value, second.value, useSolutionType ? solutionType : unspecified.get());
     calculation.requireSamePackage();

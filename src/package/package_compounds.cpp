@@ -27,8 +27,8 @@ ArrayVariant PropertyPackage::compoundIds(std::int32_t compound) const {
             throw CWStrException{changedMeanwhile};
         }
         ids.createVector(1, VT_BSTR);
+        // They stay locked, for the reason that LentTexts has.
         std::swap(ids.elements<BSTR>()[0], all.elements<BSTR>()[static_cast<std::size_t>(compound)]);
-        ids.unlock();
     }
     return ids;
 }
