@@ -292,6 +292,7 @@ std::map<std::string, Way> allWays() {
         stage.objectNamed("cells")->failsToRead(L"Value", E_UNEXPECTED);
         stage.objectNamed("cells")->describes(S_OK, L"the cells are busy");
     };
+    ways["CapeOpenMixtureProperty by mass of cells"] = mixture(L"enthalpy", byMass, "cells");
     ways["CapeOpenMixtureProperty by mass of cells with an object"] = mixture(L"enthalpy", byMass, "cells");
     ways["CapeOpenMixtureProperty by mass of cells with an object"].prepare = [](Stage& stage) {
         stage.attachNew();
