@@ -32,17 +32,20 @@ std::string shownText(const VARIANT& value) {
 
 World::World(std::uint64_t seed, Reach reach)
     : reach_{reach}, dice_{seed}, packages_{pathBeside(tests::AddIn::instance().path(), L"PengRobinson.dll")},
-      addIn_{tests::AddIn::instance().create()}, events_{addIn_.tryAs<_IDTExtensibility2>()} {
+      lastingAddIn_{tests::AddIn::instance().create()}, addIn_{tests::AddIn::instance().create()},
+      events_{addIn_.tryAs<_IDTExtensibility2>()} {
     for (std::size_t i = 0; i < workbookCount; ++i) {
         workbooks_.push_back(com::make<sheet::excel::Workbook>(L"Book" + std::to_wstring(i + 1)));
     }
     excel_->addIns().add(sheet::excel::frontEndName, frontEnd_->dispatch());
     makeCallers();
     connect();
+    furnishLasting();
     furnish();
 }
 
 World::~World() {
+    lastingAddIn_->CloseWorkbook(lastingWorkbook_->dispatch());
     events_->OnBeginShutdown(nullptr);
     events_->OnDisconnection(ext_dm_HostShutdown, nullptr);
     frontEnd_->letGo();
@@ -102,12 +105,27 @@ void World::furnish() {
     excel_->setActiveWorkbook(workbooks_.front());
 }
 
+void World::furnishLasting() {
+    const long before = scripted::liveObjects();
+    std::swap(addIn_, lastingAddIn_);
+    for (const Kind& kind : packages_.kinds()) {
+        if (!packages_.isDisturbed(kind)) {
+            create(lastingWorkbook_->dispatch(), kind, kind.name);
+            lastingKinds_.push_back(kind);
+        }
+    }
+    std::swap(addIn_, lastingAddIn_);
+    lastingObjects_ = scripted::liveObjects() - before;
+}
+
 void World::closeWorkbooks() {
     for (const auto& workbook : workbooks_) {
         addIn_->CloseWorkbook(workbook->dispatch());
         workbook->forget();
     }
+    settleLasting();
     saved_.clear();
+    lastingWorkbook_->forget();
     packages_.forget();
     excel_->forget();
     excel_->addIns().forget();
@@ -154,13 +172,23 @@ void World::insideOfACall() {
     isInside_ = false;
 }
 
+// Something with the packages that stay.
+std::string World::lastingStep() {
+    std::swap(addIn_, lastingAddIn_);
+    excel_->setActiveWorkbook(lastingWorkbook_);
+    std::string wrong = dice_.percent(95) ? worksheetCall(lastingKinds_) : lastingService();
+    std::swap(addIn_, lastingAddIn_);
+    activate();
+    return wrong;
+}
+
 std::string World::step() {
     if (++steps_ % 500 == 0) {
         closeWorkbooks();
         furnish();
     }
     if (dice_.percent(85)) {
-        return worksheetCall();
+        return dice_.percent(15) ? lastingStep() : worksheetCall(packages_.kinds());
     }
     if (dice_.percent(70)) {
         return service();
@@ -188,8 +216,8 @@ std::string World::step() {
     return {};
 }
 
-std::string World::worksheetCall() {
-    const Call call = anyCall(dice_, packages_.kinds());
+std::string World::worksheetCall(const std::vector<Kind>& kinds) {
+    const Call call = anyCall(dice_, kinds);
     if (reach_ != Reach::everything && hasUnheardOfType(call)) {
         return {};
     }

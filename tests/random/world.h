@@ -1,6 +1,10 @@
 // World: Excel's stand-in with several workbooks and calling ranges, the built add-in connected to it, and
 // the packages. One step is a call of a worksheet function or of a service, or something that Excel does; a
 // judge looks at each answer.
+//
+// Workbooks and their packages come and go, except one with a package of each kind that does as it should: it
+// is open as long as the world is, as a user's is for days. It is attached to an add-in of its own, which
+// Excel never disconnects.
 #pragma once
 
 #include "sheet/excel/application.h"
@@ -40,8 +44,11 @@ class World {
     /// One step. Returns what is wrong with the answer, and which call it was; empty when nothing is.
     std::string step();
 
-    /// All packages of all workbooks go, and what was kept of them; Excel stays connected.
+    /// All packages of all workbooks but the lasting one go, and what was kept of them; Excel stays
+    /// connected.
     void closeWorkbooks();
+    /// What then is left of the objects of scripted packages.
+    long lastingObjects() const noexcept { return lastingObjects_; }
 
     const Tally& tally() const noexcept { return tally_; }
     /// Of all answers so far.
@@ -55,12 +62,16 @@ class World {
 
     void makeCallers();
     void furnish();
+    void furnishLasting();
+    void settleLasting();
     IUnknown* someWorkbook();
     void activate();
     void connect();
     void insideOfACall();
 
-    std::string worksheetCall();
+    std::string lastingStep();
+    std::string lastingService();
+    std::string worksheetCall(const std::vector<Kind>& kinds);
     HRESULT invoke(const Call& call, VARIANT* result);
     HRESULT callThroughSlot(const Call& call, VARIANT* result);
     std::string service();
@@ -82,6 +93,10 @@ class World {
     std::vector<com::com_ptr<sheet::excel::Range>> ranges_;
     std::vector<Caller> callers_;
     std::vector<com::variant> saved_; ///< tables that workbooks were saved into
+    std::vector<Kind> lastingKinds_;
+    com::com_ptr<sheet::excel::Workbook> lastingWorkbook_ = com::make<sheet::excel::Workbook>(L"Lasting");
+    com::com_ptr<IQuorvaneVSTOServices> lastingAddIn_;
+    long lastingObjects_ = 0;
     com::com_ptr<IQuorvaneVSTOServices> addIn_;
     com::com_ptr<_IDTExtensibility2> events_;
     bool isInside_ = false;

@@ -10,6 +10,15 @@ namespace {
 
 constexpr std::size_t tablesKept = 5;
 
+using List = HRESULT (STDMETHODCALLTYPE IQuorvaneVSTOServices::*)(IUnknown*, BSTR, VARIANT*);
+constexpr std::array<List, 7> allLists = {&IQuorvaneVSTOServices::CompoundNames,
+                                          &IQuorvaneVSTOServices::CompoundConstantNames,
+                                          &IQuorvaneVSTOServices::TemperatureDependentPropertyNames,
+                                          &IQuorvaneVSTOServices::PhaseNames,
+                                          &IQuorvaneVSTOServices::SinglePhasePropertyNames,
+                                          &IQuorvaneVSTOServices::TwoPhasePropertyNames,
+                                          &IQuorvaneVSTOServices::PhaseEquilibriumConditionNames};
+
 com::variant copyOfTable(const VARIANT& table) {
     return table.vt == (VT_ARRAY | VT_BSTR) ? com::variant::copyOf(table) : com::variant{};
 }
@@ -87,15 +96,7 @@ HRESULT World::restore(IUnknown* workbook) {
 }
 
 std::string World::lists(IUnknown* workbook, BSTR name) {
-    using List = HRESULT (STDMETHODCALLTYPE IQuorvaneVSTOServices::*)(IUnknown*, BSTR, VARIANT*);
-    constexpr std::array<List, 7> all = {&IQuorvaneVSTOServices::CompoundNames,
-                                         &IQuorvaneVSTOServices::CompoundConstantNames,
-                                         &IQuorvaneVSTOServices::TemperatureDependentPropertyNames,
-                                         &IQuorvaneVSTOServices::PhaseNames,
-                                         &IQuorvaneVSTOServices::SinglePhasePropertyNames,
-                                         &IQuorvaneVSTOServices::TwoPhasePropertyNames,
-                                         &IQuorvaneVSTOServices::PhaseEquilibriumConditionNames};
-    const List list = dice_.of(all);
+    const List list = dice_.of(allLists);
     com::variant names;
     const HRESULT code = (addIn_.get()->*list)(workbook, name, &names);
     digest_.add(shownText(names));
@@ -175,6 +176,52 @@ std::string World::service() {
     digest_.add(&truth, sizeof truth);
     digest_.add(shownText(value));
     digest_.add(scripted::narrow(com::viewOf(words)));
+    return judge_.complaint(code, ownFailure());
+}
+
+// Whether lists and material have been asked for since the last edit makes a difference in memory.
+void World::settleLasting() {
+    excel_->setActiveWorkbook(lastingWorkbook_);
+    IUnknown* const workbook = lastingWorkbook_->dispatch();
+    for (const Kind& kind : lastingKinds_) {
+        const com::unique_bstr name = com::makeBstr(kind.name);
+        for (const List list : allLists) {
+            com::variant names;
+            (lastingAddIn_.get()->*list)(workbook, name.get(), &names);
+        }
+        const com::unique_bstr property = com::makeBstr(kind.vocabulary.singlePhase.front());
+        const com::unique_bstr phase = com::makeBstr(kind.vocabulary.phases.front());
+        const com::variant amounts =
+            com::realArray(std::vector<double>(kind.vocabulary.compounds.size(), 1.0));
+        const com::variant missing = com::variant::missing();
+        com::variant value;
+        lastingAddIn_->CapeOpenMixtureProperty(name.get(), property.get(), phase.get(), 100.0, 1e5, amounts,
+                                               missing, missing, missing, missing, missing, &value);
+    }
+    activate();
+}
+
+std::string World::lastingService() {
+    SetErrorInfo(0, nullptr);
+    IUnknown* const workbook = lastingWorkbook_->dispatch();
+    const Kind& kind = dice_.of(lastingKinds_);
+    const com::unique_bstr name = com::makeBstr(kind.name);
+    HRESULT code = S_OK;
+    switch (dice_.below(3)) {
+    case 0: {
+        // Only packages without a window can be edited here.
+        VARIANT_BOOL changed = VARIANT_FALSE;
+        code = kind.script ? addIn_->EditWorkbookPP(workbook, name.get(), &changed) : S_OK;
+        break;
+    }
+    case 1: {
+        com::variant table;
+        code = addIn_->Persist(workbook, &table);
+        break;
+    }
+    default:
+        return lists(workbook, name.get());
+    }
     return judge_.complaint(code, ownFailure());
 }
 
