@@ -1,6 +1,7 @@
 #include "tests/random/world.h"
 
 #include "com/safe_array.h"
+#include "tests/random/calling_cell.h"
 #include "tests/src/server/worksheet.h"
 
 #include <algorithm>
@@ -153,13 +154,18 @@ void World::insideOfACall() {
     }
     isInside_ = true;
     const com::unique_bstr name = com::makeBstr(L"Faulty");
-    switch (dice_.below(4)) {
+    switch (dice_.below(6)) {
     case 0:
         addIn_->DeleteWorkbookPP(someWorkbook(), name.get());
         break;
     case 1:
         addIn_->CloseWorkbook(someWorkbook());
         break;
+    case 2: {
+        VARIANT_BOOL changed = VARIANT_FALSE;
+        addIn_->EditWorkbookPP(someWorkbook(), name.get(), &changed);
+        break;
+    }
     default: {
         const Call call = anyCall(dice_, packages_.kinds());
         com::variant result;
@@ -170,6 +176,19 @@ void World::insideOfACall() {
     }
     SetErrorInfo(0, nullptr); // what it said is not about the call that it was inside of
     isInside_ = false;
+}
+
+// One of the ranges that the call is given does the same while it is read.
+void World::letACellCall(Call& call) {
+    for (Value& argument : call.arguments) {
+        VARIANT& value = argument.value;
+        if (value.vt == VT_DISPATCH && com::queryFor<ExcelRange>(value.pdispVal)) {
+            const auto cell = com::make<CallingCell>(com::com_ptr<IDispatch>::share(value.pdispVal),
+                                                     [this] { insideOfACall(); });
+            argument.value = com::variant::object(cell->dispatch());
+            return;
+        }
+    }
 }
 
 // Something with the packages that stay.
@@ -217,9 +236,12 @@ std::string World::step() {
 }
 
 std::string World::worksheetCall(const std::vector<Kind>& kinds) {
-    const Call call = anyCall(dice_, kinds);
+    Call call = anyCall(dice_, kinds);
     if (reach_ != Reach::everything && hasUnheardOfType(call)) {
         return {};
+    }
+    if (dice_.percent(3)) {
+        letACellCall(call);
     }
     const Caller& caller = dice_.of(callers_);
     excel_->setCaller(com::variant::copyOf(caller.value));

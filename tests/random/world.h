@@ -68,6 +68,7 @@ class World {
     void activate();
     void connect();
     void insideOfACall();
+    void letACellCall(Call& call);
 
     std::string lastingStep();
     std::string lastingService();
