@@ -160,7 +160,7 @@ void PropertyPackage::reset() noexcept {
 }
 
 void PropertyPackage::ensureMaterial() {
-    if (material_ && material_->hasOwner()) {
+    if (hasMaterial()) {
         return;
     }
     loadCompounds();
@@ -172,6 +172,9 @@ void PropertyPackage::ensureMaterial() {
     // A package that starts a calculation while it takes the material would have two of them, of which it may
     // keep the one that is let go.
     const Busy offer{offering_};
+    if (hasMaterial()) {
+        return; // the package started a calculation when it was asked for what stands above
+    }
     const std::uint32_t generation = generation_;
     auto material = com::held_ptr<MaterialObject11>::make(static_cast<const MaterialOwner&>(*this));
     const HRESULT code = context->SetMaterial(static_cast<ICapeThermoMaterial*>(material.get()));

@@ -158,6 +158,7 @@ class PropertyPackage final : public MaterialOwner {
 
     com::com_ptr<IUnknown> create() const;
     void bind(IUnknown* package, IStream* savedState);
+    bool hasMaterial() const noexcept { return material_ && material_->hasOwner(); }
     void retireMaterial() noexcept;
     void prepareMaterial(CalculationMode mode, BSTR propName, BSTR phase1, double T, double P,
                          const std::vector<double>& composition, bool compositionIsMass,

@@ -16,6 +16,7 @@ void* Component::findInterface(REFIID iid) noexcept {
 }
 
 HRESULT Component::queryInterface(REFIID iid, void** out) noexcept {
+    script_->asked(iid);
     const QueryAnswer* const answer = script_->queryAnswerOf(iid);
     const auto query = [&] { return implements::queryInterface(iid, out); };
     return answer == nullptr || out == nullptr ? query() : answer->end(out, query);

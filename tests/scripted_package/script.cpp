@@ -179,9 +179,21 @@ void Script::answersQuery(REFIID iid, QueryAnswer answer) {
     queryAnswers_.insert_or_assign(guidText(iid), answer);
 }
 
+void Script::whenAsked(REFIID iid, std::function<void()> action) {
+    queryActions_.insert_or_assign(guidText(iid), std::move(action));
+}
+
+void Script::asked(REFIID iid) const {
+    if (const auto found = queryActions_.find(guidText(iid)); found != queryActions_.end()) {
+        const std::function<void()> action = found->second; // which may take itself back
+        action();
+    }
+}
+
 void Script::recovers(REFIID iid) {
     omitted_.erase(guidText(iid));
     queryAnswers_.erase(guidText(iid));
+    queryActions_.erase(guidText(iid));
 }
 
 const QueryAnswer* Script::queryAnswerOf(REFIID iid) const {

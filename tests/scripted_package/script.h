@@ -141,6 +141,8 @@ class Script {
     /// The component answers E_NOINTERFACE when asked for this interface.
     void omits(REFIID iid);
     void answersQuery(REFIID iid, QueryAnswer answer);
+    /// Done whenever the component is asked for this interface, before it answers.
+    void whenAsked(REFIID iid, std::function<void()> action);
     /// Takes back what was said about an interface.
     void recovers(REFIID iid);
 
@@ -158,6 +160,7 @@ class Script {
     // The component's side.
 
     bool hides(REFIID iid);
+    void asked(REFIID iid) const;
     const QueryAnswer* queryAnswerOf(REFIID iid) const;
     void heard(const char* method, std::span<const VARIANT> in);
     const Hook* hookOf(const char* method) const;
@@ -170,6 +173,7 @@ class Script {
     std::map<std::string, std::vector<com::variant>, std::less<>> answers_;
     std::set<std::wstring> omitted_;
     std::map<std::wstring, QueryAnswer> queryAnswers_;
+    std::map<std::wstring, std::function<void()>> queryActions_;
     std::vector<Record> records_;
     std::vector<IID> queries_;
     std::wstring log_;

@@ -109,6 +109,54 @@ TEST_F(Lifetime, WhileAMaterialIsSetNoSecondOneIs) {
     }
 }
 
+class FlashesEarly : public Lifetime {
+  protected:
+    void SetUp() override {
+        Lifetime::SetUp();
+        package->hook("SetMaterial", [this](scripted::Call& call) {
+            all.push_back(com::queryFor<IUnknown>(call.in[0].punkVal));
+            return call.healthy();
+        });
+    }
+    void TearDown() override {
+        all.clear();
+        Lifetime::TearDown();
+    }
+    void flashOnce() {
+        if (!std::exchange(hasFlashed, true)) {
+            inner = flash({});
+        }
+    }
+    void expectOneMaterialThatEndsWithThePackage() {
+        EXPECT_EQ(all.size(), 1U);
+        ASSERT_EQ(remove(), S_OK);
+        for (const auto& material : all) {
+            expectAnswers(callEverything(material.get()), &Answer::withoutOwner);
+        }
+    }
+
+    const std::string property = "22000.3001";
+    std::vector<com::com_ptr<IUnknown>> all;
+    bool hasFlashed = false;
+    std::string inner;
+};
+
+TEST_F(FlashesEarly, APackageThatDoesWhileItListsItsPhasesHasOneMaterial) {
+    package->hook("GetPhaseList", [this](scripted::Call& call) {
+        flashOnce();
+        return call.healthy();
+    });
+    EXPECT_EQ(enthalpy(), property);
+    EXPECT_EQ(inner, flash({}));
+    expectOneMaterialThatEndsWithThePackage();
+}
+TEST_F(FlashesEarly, APackageThatDoesWhenAskedWhetherItTakesAMaterialHasOneMaterial) {
+    package->whenAsked(__uuidof(ICapeThermoMaterialContext), [this] { flashOnce(); });
+    EXPECT_EQ(enthalpy(), property);
+    EXPECT_EQ(inner, flash({}));
+    expectOneMaterialThatEndsWithThePackage();
+}
+
 // --- References
 
 TEST_F(Lifetime, AMaterialThatIsNeverReleasedKeepsTheAddInLoaded) {
