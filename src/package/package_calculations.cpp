@@ -36,25 +36,29 @@ const std::vector<double>& requireCalculated(const MaterialObject11& material) {
 class PropertyPackage::Calculation {
   public:
     explicit Calculation(PropertyPackage& package)
-        : busy_{package.calculating_}, package_{package}, generation_{package.generation_} {}
+        : busy_{package.calculating_}, unchanged_{package.generation_} {}
 
     /// To be called after the package has worked, before the material is looked at.
-    void requireSamePackage() const {
-        if (package_.generation_ != generation_) {
-            throw CWStrException{changedMeanwhile};
-        }
-    }
+    void requireSamePackage() const { unchanged_.require(); }
 
   private:
     Busy busy_;
-    PropertyPackage& package_;
-    std::uint32_t generation_;
+    Unchanged unchanged_;
 };
+
+// The caller has counted before it read the rest of its arguments, with which Excel may have run a macro that
+// edits the package.
+void PropertyPackage::requireOnePerCompound(const std::vector<double>& composition) const {
+    if (composition.size() != molecularWeights_.size()) {
+        throw CWStrException{changedMeanwhile};
+    }
+}
 
 void PropertyPackage::prepareMaterial(CalculationMode mode, BSTR propName, BSTR phase1, double T, double P,
                                       const std::vector<double>& composition, bool compositionIsMass,
                                       const PropertyInfo& info) {
     ensureMaterial();
+    requireOnePerCompound(composition);
     material_->setComposition(composition, basisOf(compositionIsMass));
     material_->temperature = T;
     material_->pressure = P;
@@ -148,6 +152,7 @@ const std::vector<double>& PropertyPackage::calcTwoPhaseProperty(
     const std::vector<double>& phase2Composition, bool compositionIsMass, const PropertyInfo& info) {
     const Calculation calculation{*this};
     prepareMaterial(CalculationMode::TwoPhase, propName, phase1, T, P, composition, compositionIsMass, info);
+    requireOnePerCompound(phase2Composition);
     assignFolded(material_->phase2, phase2);
     material_->composition2.values = phase2Composition;
     material_->composition2.basis = basisOf(compositionIsMass);
@@ -200,6 +205,7 @@ const std::vector<PhaseResult>& PropertyPackage::calcEquilibrium(const Equilibri
                                                                  bool isMass, double& outT, double& outP) {
     const Calculation calculation{*this};
     ensureMaterial();
+    requireOnePerCompound(composition);
     material_->setComposition(composition, basisOf(isMass));
     material_->temperature = std::numeric_limits<double>::quiet_NaN();
     material_->pressure = std::numeric_limits<double>::quiet_NaN();

@@ -24,20 +24,6 @@ void sortNames(ArrayVariant& names, const wchar_t* context) {
     names.unlock();
 }
 
-// The four property lists follow one pattern.
-template <typename Interface>
-ArrayVariant propertyList(ArrayVariant& cached, Interface* source,
-                          HRESULT (STDMETHODCALLTYPE Interface::*read)(VARIANT*), const wchar_t* failure,
-                          const wchar_t* invalid) {
-    if (cached.isEmpty()) {
-        ArrayVariant names;
-        requireSuccess(received((source->*read)(names.put()), names), source, failure);
-        sortNames(names, invalid);
-        cached = std::move(names);
-    }
-    return cached.copy();
-}
-
 EnumPhaseType aggregationState(BSTR state) noexcept {
     constexpr struct {
         const wchar_t* word;
@@ -53,16 +39,36 @@ EnumPhaseType aggregationState(BSTR state) noexcept {
 
 } // namespace
 
+// The four property lists follow one pattern.
+template <typename Interface>
+ArrayVariant PropertyPackage::propertyList(NameList& list, Interface* source,
+                                           HRESULT (STDMETHODCALLTYPE Interface::*read)(VARIANT*),
+                                           const wchar_t* failure, const wchar_t* invalid) const {
+    if (list.names.isEmpty()) {
+        const Unchanged unchanged{generation_};
+        ArrayVariant names;
+        const HRESULT code = received((source->*read)(names.put()), names);
+        unchanged.require();
+        requireSuccess(code, source, failure);
+        sortNames(names, invalid);
+        list.names = std::move(names);
+    }
+    return list.names.copy();
+}
+
 void PropertyPackage::loadCompounds() {
     if (!compoundData_[CompoundList_Ids].isEmpty()) {
         return;
     }
+    const Unchanged unchanged{generation_};
     std::array<ArrayVariant, CompoundList_Count> lists;
     const HRESULT code = compounds_->GetCompoundList(
         lists[CompoundList_Ids].put(), lists[CompoundList_Formulae].put(), lists[CompoundList_Names].put(),
         lists[CompoundList_BoilingPoints].put(), lists[CompoundList_MolecularWeights].put(),
         lists[CompoundList_CasNumbers].put());
-    requireSuccess(received(code, lists), compounds_.get(), L"Failed to obtain compound data: ");
+    static_cast<void>(received(code, lists));
+    unchanged.require();
+    requireSuccess(code, compounds_.get(), L"Failed to obtain compound data: ");
     requireVector(lists[CompoundList_Ids], VT_BSTR, L"Invalid values for compound IDs: ");
     requireVector(lists[CompoundList_Names], VT_BSTR, L"Invalid values for compound names: ");
     requireVector(lists[CompoundList_MolecularWeights], VT_R8, L"Invalid values for molecular weights: ");
@@ -117,10 +123,13 @@ void PropertyPackage::loadPhases() {
     if (!phaseLabels_.isEmpty()) {
         return;
     }
+    const Unchanged unchanged{generation_};
     std::array<ArrayVariant, 3> lists;
     auto& [labels, states, keyCompounds] = lists;
     const HRESULT code = phases_->GetPhaseList(labels.put(), states.put(), keyCompounds.put());
-    requireSuccess(received(code, lists), phases_.get(), L"Failed to obtain list of phases: ");
+    static_cast<void>(received(code, lists));
+    unchanged.require();
+    requireSuccess(code, phases_.get(), L"Failed to obtain list of phases: ");
     requireVector(labels, VT_BSTR, L"Invalid phase name list: ");
     requireVector(states, VT_BSTR, L"Invalid aggregation state list: ");
     if (labels.count != states.count) {
@@ -177,7 +186,8 @@ ArrayVariant PropertyPackage::twoPhasePropertyList() {
 }
 
 ArrayVariant PropertyPackage::equilibriumConditionNames() {
-    if (conditionNames_.isEmpty()) {
+    if (conditionNames_.names.isEmpty()) {
+        const Unchanged unchanged{generation_};
         loadPhases();
         std::vector<std::wstring> names{L"Temperature", L"Pressure"};
         if (vaporPhaseIndex_ >= 0 && phaseCount() >= 2) {
@@ -186,8 +196,9 @@ ArrayVariant PropertyPackage::equilibriumConditionNames() {
         // A package that cannot list its properties still offers the plain conditions.
         ArrayVariant offered;
         std::wstring ignored;
-        if (SUCCEEDED(received(propertyRoutine_->GetSinglePhasePropList(offered.put()), offered)) &&
-            inspectVector(offered, VT_BSTR, ignored)) {
+        const HRESULT code = received(propertyRoutine_->GetSinglePhasePropList(offered.put()), offered);
+        unchanged.require();
+        if (SUCCEEDED(code) && inspectVector(offered, VT_BSTR, ignored)) {
             for (const BSTR name : offered.elements<BSTR>()) {
                 const PropertyInfo& info = lookupProperty(name);
                 if (info.overall) {
@@ -201,9 +212,9 @@ ArrayVariant PropertyPackage::equilibriumConditionNames() {
         std::sort(names.begin() + 2, names.end(), [](const std::wstring& a, const std::wstring& b) {
             return precedesInList(a.c_str(), b.c_str());
         });
-        conditionNames_ = stringVectorToArray(names);
+        conditionNames_.names = stringVectorToArray(names);
     }
-    return conditionNames_.copy();
+    return conditionNames_.names.copy();
 }
 
 } // namespace quorvane

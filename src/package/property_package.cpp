@@ -143,13 +143,14 @@ void PropertyPackage::retireMaterial() noexcept {
 void PropertyPackage::reset() noexcept {
     ++generation_;
     retireMaterial();
-    for (ArrayVariant& list : compoundData_) {
-        list.release();
+    // What nobody looked at may hold objects of the package, which call back when they are released: they are
+    // when all is forgotten.
+    const auto former = std::exchange(compoundData_, {});
+    for (NameList* list : {&constantNames_, &temperatureDependentNames_, &singlePhaseNames_, &twoPhaseNames_,
+                           &conditionNames_}) {
+        list->names.release();
     }
-    for (ArrayVariant* list : {&constantNames_, &temperatureDependentNames_, &singlePhaseNames_,
-                               &twoPhaseNames_, &conditionNames_, &phaseLabels_}) {
-        list->release();
-    }
+    phaseLabels_.release();
     molecularWeights_.clear();
     inverseMolecularWeights_.clear();
     missingMolecularWeight_ = false;
@@ -163,6 +164,7 @@ void PropertyPackage::ensureMaterial() {
     if (hasMaterial()) {
         return;
     }
+    const Unchanged unchanged{generation_};
     loadCompounds();
     loadPhases();
     const auto context = compounds_.tryAs<ICapeThermoMaterialContext>();
@@ -172,10 +174,10 @@ void PropertyPackage::ensureMaterial() {
     // A package that starts a calculation while it takes the material would have two of them, of which it may
     // keep the one that is let go.
     const Busy offer{offering_};
+    unchanged.require();
     if (hasMaterial()) {
         return; // the package started a calculation when it was asked for what stands above
     }
-    const std::uint32_t generation = generation_;
     auto material = com::held_ptr<MaterialObject11>::make(static_cast<const MaterialOwner&>(*this));
     const HRESULT code = context->SetMaterial(static_cast<ICapeThermoMaterial*>(material.get()));
     if (FAILED(code)) {
@@ -183,9 +185,9 @@ void PropertyPackage::ensureMaterial() {
         requireSuccess(code, context.get(), L"Failed to set active material object on property package: ");
     }
     material_ = std::move(material);
-    if (generation != generation_) {
+    if (!unchanged.holds()) {
         retireMaterial();
-        throw CWStrException{changedMeanwhile};
+        unchanged.require();
     }
 }
 

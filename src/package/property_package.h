@@ -4,7 +4,8 @@
 // Excel's thread only; held by shared pointers.
 //
 // A package may call back into the add-in while it works. Its own calculations do not nest: the second is
-// refused. One that is edited in the middle of a calculation fails that calculation.
+// refused. One that is edited in the middle of a calculation, or while it gives what is asked of it, fails that
+// call.
 //
 // All failures are WException with the text for the user. A list that could not be read stays empty and is
 // read again when asked for next.
@@ -15,6 +16,7 @@
 #include "com/platform.h"
 #include "src/foundation/name_index_map.h"
 #include "src/material/material_object.h"
+#include "src/package/unchanged.h"
 
 #include <array>
 #include <memory>
@@ -30,9 +32,6 @@ struct EquilibriumCondition {
     BSTR name;
     double value;
 };
-
-/// The message of a calculation whose package was edited before it ended.
-inline constexpr const wchar_t* changedMeanwhile = L"Property package was changed during the calculation";
 
 class PropertyPackage final : public MaterialOwner {
   public:
@@ -156,8 +155,17 @@ class PropertyPackage final : public MaterialOwner {
   private:
     class Calculation;
 
+    /// A list for the front end.
+    struct NameList {
+        ArrayVariant names;
+    };
+    template <typename Interface>
+    ArrayVariant propertyList(NameList& list, Interface* source,
+                              HRESULT (STDMETHODCALLTYPE Interface::*read)(VARIANT*), const wchar_t* failure,
+                              const wchar_t* invalid) const;
     com::com_ptr<IUnknown> create() const;
     void bind(IUnknown* package, IStream* savedState);
+    void requireOnePerCompound(const std::vector<double>& composition) const;
     bool hasMaterial() const noexcept { return material_ && material_->hasOwner(); }
     void retireMaterial() noexcept;
     void prepareMaterial(CalculationMode mode, BSTR propName, BSTR phase1, double T, double P,
@@ -189,11 +197,11 @@ class PropertyPackage final : public MaterialOwner {
     std::vector<double> molecularWeights_;        ///< kg/mol
     std::vector<double> inverseMolecularWeights_; ///< mol/kg
     bool missingMolecularWeight_ = false;
-    ArrayVariant constantNames_;
-    ArrayVariant temperatureDependentNames_;
-    ArrayVariant singlePhaseNames_;
-    ArrayVariant twoPhaseNames_;
-    ArrayVariant conditionNames_;
+    NameList constantNames_;
+    NameList temperatureDependentNames_;
+    NameList singlePhaseNames_;
+    NameList twoPhaseNames_;
+    NameList conditionNames_;
     ArrayVariant phaseLabels_;
     NameIndexMap compoundIndex_;
     NameIndexMap phaseIndex_;

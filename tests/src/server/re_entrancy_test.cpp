@@ -2,10 +2,13 @@
 #include "tests/src/server/worksheet.h"
 
 #include <functional>
+#include <utility>
 
 using namespace tests;
 
 namespace {
+
+constexpr const char* changedMeanwhile = "Property package was changed during the calculation";
 
 // Looks at the add-in as soon as it has the services.
 class EagerFrontEnd final : public com::implements<com::COMObject, com::RefusedDual<IQuorvaneVSTOContext>> {
@@ -25,7 +28,8 @@ class EagerFrontEnd final : public com::implements<com::COMObject, com::RefusedD
 // A cell that runs a macro while it is read.
 class MacroCell final : public com::implements<com::COMObject, ExcelRange> {
   public:
-    MacroCell(double value, std::function<void()> macro) : value_{value}, macro_{std::move(macro)} {}
+    MacroCell(com::variant value, std::function<void()> macro)
+        : value_{std::move(value)}, macro_{std::move(macro)} {}
 
     void* findInterface(REFIID iid) noexcept override {
         return implements::findInterface(iid == IID_IDispatch ? __uuidof(ExcelRange) : iid);
@@ -39,12 +43,12 @@ class MacroCell final : public com::implements<com::COMObject, ExcelRange> {
     HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
                                      UINT*) noexcept override {
         macro_();
-        *result = com::variant{value_}.release();
+        *result = com::variant::copyOf(value_).release();
         return S_OK;
     }
 
   private:
-    double value_;
+    com::variant value_;
     std::function<void()> macro_;
 };
 
@@ -62,11 +66,10 @@ class ReEntrancy : public Worksheet {
     /// The number of the third compound, or second phase, in a cell whose macro leaves the package one of
     /// each.
     com::variant numberOfTheLast(double number) {
-        const auto cell = com::make<MacroCell>(number, [this] {
-            package->compounds({{L"A1", L"Alpha", L"", 300.0, 10.0, L""}});
-            package->phases({{L"Vapor", L"Vapor"}});
-            edit();
-        });
+        return macroCell(com::variant{number}, [this] { leaveOneOfEach(); });
+    }
+    static com::variant macroCell(com::variant value, std::function<void()> macro) {
+        const auto cell = com::make<MacroCell>(std::move(value), std::move(macro));
         return com::variant::object(static_cast<ExcelRange*>(cell.get()));
     }
     std::string mixture(const wchar_t* property, double T, com::variant orientation,
@@ -84,7 +87,7 @@ class ReEntrancy : public Worksheet {
     /// The number 1 in a cell whose macro has the package calculate other values, more and fewer of them,
     /// with another material if it edits the package.
     com::variant calculating(bool edits) {
-        const auto cell = com::make<MacroCell>(1.0, [this, edits] {
+        const auto cell = com::make<MacroCell>(number(1.0), [this, edits] {
             if (edits) {
                 edit();
             }
@@ -106,6 +109,15 @@ class ReEntrancy : public Worksheet {
             EXPECT_EQ(calculate(calculating(edits), calculating(edits)), expected) << edits;
         }
     }
+    void leaveOneOfEach() {
+        package->compounds({{L"A1", L"Alpha", L"", 300.0, 10.0, L""}});
+        package->phases({{L"Vapor", L"Vapor"}});
+        edit();
+    }
+    std::string twoPhaseOf(com::variant composition1, com::variant composition2) {
+        return show(L"CapeOpenTwoPhaseProperty", text(L"P"), text(L"kvalue"), text(L"Vapor"), text(L"Liquid"),
+                    number(300.0), number(1e5), std::move(composition1), std::move(composition2));
+    }
 };
 
 TEST_F(ReEntrancy, ACalculationInsideACalculationIsRefused) {
@@ -124,31 +136,29 @@ TEST_F(ReEntrancy, APackageEditedDuringItsCalculationFailsIt) {
         edit();
         return call.healthy();
     });
-    EXPECT_EQ(flash({}), "Property package was changed during the calculation");
+    EXPECT_EQ(flash({}), changedMeanwhile);
     package->recovers("CalcEquilibrium");
-    EXPECT_NE(flash({}), "Property package was changed during the calculation");
+    EXPECT_NE(flash({}), changedMeanwhile);
 }
 TEST_F(ReEntrancy, APackageEditedWhileItTakesTheMaterialFailsTheCall) {
     package->hook("SetMaterial", [&](scripted::Call& call) {
         edit();
         return call.healthy();
     });
-    EXPECT_EQ(flash({}), "Property package was changed during the calculation");
+    EXPECT_EQ(flash({}), changedMeanwhile);
 }
 TEST_F(ReEntrancy, ACompoundThatIsGoneWhenItsCellIsReadFailsTheCall) {
-    const std::string changed = "Property package was changed during the calculation";
-    EXPECT_EQ(show(L"CapeOpenCompounds", text(L"P"), omitted(), numberOfTheLast(3)), changed);
+    EXPECT_EQ(show(L"CapeOpenCompounds", text(L"P"), omitted(), numberOfTheLast(3)), changedMeanwhile);
     EXPECT_EQ(show(L"CapeOpenCompounds", text(L"P")), "A1");
 }
 TEST_F(ReEntrancy, APhaseThatIsGoneWhenItsCellIsReadFailsTheCall) {
-    const std::string changed = "Property package was changed during the calculation";
-    EXPECT_EQ(show(L"CapeOpenPhases", text(L"P"), omitted(), numberOfTheLast(2)), changed);
+    EXPECT_EQ(show(L"CapeOpenPhases", text(L"P"), omitted(), numberOfTheLast(2)), changedMeanwhile);
     EXPECT_EQ(show(L"CapeOpenPhases", text(L"P")), "Vapor");
 }
 TEST_F(ReEntrancy, AConstantOfACompoundThatIsGoneWhenItsCellIsReadFailsTheCall) {
     EXPECT_EQ(show(L"CapeOpenCompoundConstant", text(L"P"), text(L"criticalTemperature"), omitted(),
                    omitted(), numberOfTheLast(3)),
-              "Property package was changed during the calculation");
+              changedMeanwhile);
 }
 TEST_F(ReEntrancy, AFlashWhoseCompositionEditsThePackageIsRefused) {
     EXPECT_EQ(flash({.composition = numberOfTheLast(1.0)}),
@@ -186,6 +196,44 @@ TEST_F(ReEntrancy, ATwoPhaseDerivativeIsThatOfItsOwnCellWhateverTheCellOfThePhas
         return twoPhase(L"kvalue.DmolFraction", 300.0, number(Orientation_Horizontal),
                         std::move(derivativePhase));
     });
+}
+TEST_F(ReEntrancy, AFlashWhoseOptionsEditThePackageFailsTheCall) {
+    // The composition has been counted by then; on mass basis every value needs a molecular weight.
+    EXPECT_EQ(flash({.basis = text(L"mass"),
+                     .options = macroCell(text(L"noPressure"), [this] { leaveOneOfEach(); })}),
+              changedMeanwhile);
+}
+TEST_F(ReEntrancy, ATwoPhasePropertyWhoseSecondCompositionEditsThePackageFailsTheCall) {
+    const auto editAndRead = [this] {
+        leaveOneOfEach();
+        show(L"CapeOpenCompounds", text(L"P"));
+    };
+    EXPECT_EQ(twoPhaseOf(cells({1.0, 1.0, 2.0}), macroCell(number(1.0), editAndRead)), changedMeanwhile);
+}
+TEST_F(ReEntrancy, APackageEditedWhileItListsItsPhasesFailsTheCallOnly) {
+    const std::string undisturbed = flash({});
+    edit();
+    bool edited = false;
+    package->hook("GetPhaseList", [&](scripted::Call& call) {
+        if (!std::exchange(edited, true)) {
+            edit();
+        }
+        return call.healthy();
+    });
+    EXPECT_EQ(flash({}), changedMeanwhile);
+    EXPECT_EQ(flash({}), undisturbed) << "with all compounds and phases";
+}
+TEST_F(ReEntrancy, APackageEditedWhenAskedWhetherItTakesAMaterialFailsTheCallOnly) {
+    const std::string undisturbed = flash({});
+    edit();
+    bool edited = false;
+    package->whenAsked(__uuidof(ICapeThermoMaterialContext), [&] {
+        if (!std::exchange(edited, true)) {
+            edit();
+        }
+    });
+    EXPECT_EQ(flash({}), changedMeanwhile);
+    EXPECT_EQ(flash({}), undisturbed);
 }
 TEST_F(ReEntrancy, AShutdownDuringACalculationEndsInAResult) {
     package->hook("CalcEquilibrium", [&](scripted::Call& call) {
