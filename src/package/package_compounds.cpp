@@ -8,10 +8,16 @@ namespace quorvane {
 
 namespace {
 
-// Some values may be missing; the others are there all the same.
-void requireValues(HRESULT code, ArrayVariant& values, IUnknown* source) {
-    if (code != static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR)) {
-        requireSuccess(received(code, values), source, {});
+// Some values may be missing; the others are there all the same. Of a package that was edited meanwhile
+// nobody knows which compounds they belong to.
+void requireValues(HRESULT code, ArrayVariant& values, IUnknown* source, const Unchanged& unchanged) {
+    const bool given = code == static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR);
+    if (!given) {
+        static_cast<void>(received(code, values));
+    }
+    unchanged.require();
+    if (!given) {
+        requireSuccess(code, source, {});
     }
 }
 
@@ -35,22 +41,24 @@ ArrayVariant PropertyPackage::compoundIds(std::int32_t compound) const {
 
 ArrayVariant PropertyPackage::compoundConstant(BSTR constantName, std::int32_t compound) {
     loadCompounds();
+    const Unchanged unchanged{generation_};
     const ArrayVariant ids = compoundIds(compound);
     const LentTexts names{propertyNameArray1_, {constantName}};
     ArrayVariant values;
     const HRESULT code = compounds_->GetCompoundConstant(names.value(), ids.value, values.put());
-    requireValues(code, values, compounds_.get());
+    requireValues(code, values, compounds_.get(), unchanged);
     return values;
 }
 
 ArrayVariant PropertyPackage::temperatureDependentProperty(BSTR propertyName, double T,
                                                            std::int32_t compound) {
     loadCompounds();
+    const Unchanged unchanged{generation_};
     const ArrayVariant ids = compoundIds(compound);
     const LentTexts names{propertyNameArray1_, {propertyName}};
     ArrayVariant values;
     const HRESULT code = compounds_->GetTDependentProperty(names.value(), T, ids.value, values.put());
-    requireValues(code, values, compounds_.get());
+    requireValues(code, values, compounds_.get(), unchanged);
     return values;
 }
 

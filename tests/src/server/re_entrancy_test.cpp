@@ -235,6 +235,25 @@ TEST_F(ReEntrancy, APackageEditedWhenAskedWhetherItTakesAMaterialFailsTheCallOnl
     EXPECT_EQ(flash({}), changedMeanwhile);
     EXPECT_EQ(flash({}), undisturbed);
 }
+TEST_F(ReEntrancy, AConstantOfOneCompoundOfAPackageThatIsEditedMeanwhileFailsTheCall) {
+    package->hook("GetCompoundConstant", [&](scripted::Call& call) {
+        edit();
+        return call.healthy();
+    });
+    EXPECT_EQ(show(L"CapeOpenCompoundConstant", text(L"P"), text(L"idealGasGibbsFreeEnergyOfFormationAt25C"),
+                   text(L"mass"), omitted(), number(1)),
+              changedMeanwhile);
+}
+TEST_F(ReEntrancy, ATemperatureDependentPropertyOfOneCompoundOfAPackageThatIsEditedMeanwhileFailsTheCall) {
+    package->hook("GetTDependentProperty", [&](scripted::Call& call) {
+        edit();
+        return call.healthy();
+    });
+    EXPECT_EQ(show(L"CapeOpenTemperatureDependentProperty", text(L"P"), text(L"idealGasEnthalpy"),
+                   number(300.0), text(L"mass"), omitted(), number(1)),
+              changedMeanwhile);
+}
+
 TEST_F(ReEntrancy, AShutdownDuringACalculationEndsInAResult) {
     package->hook("CalcEquilibrium", [&](scripted::Call& call) {
         events->OnBeginShutdown(nullptr);
