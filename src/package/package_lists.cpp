@@ -3,6 +3,7 @@
 #include "src/foundation/missing.h"
 #include "src/foundation/outputs.h"
 #include "src/foundation/text.h"
+#include "src/package/busy.h"
 #include "src/package/property_package.h"
 
 #include <algorithm>
@@ -45,6 +46,7 @@ ArrayVariant PropertyPackage::propertyList(NameList& list, Interface* source,
                                            HRESULT (STDMETHODCALLTYPE Interface::*read)(VARIANT*),
                                            const wchar_t* failure, const wchar_t* invalid) const {
     if (list.names.isEmpty()) {
+        const Busy reading{list.reading};
         const Unchanged unchanged{generation_};
         ArrayVariant names;
         const HRESULT code = received((source->*read)(names.put()), names);
@@ -60,6 +62,7 @@ void PropertyPackage::loadCompounds() {
     if (!compoundData_[CompoundList_Ids].isEmpty()) {
         return;
     }
+    const Busy reading{readingCompounds_};
     const Unchanged unchanged{generation_};
     std::array<ArrayVariant, CompoundList_Count> lists;
     const HRESULT code = compounds_->GetCompoundList(
@@ -123,6 +126,7 @@ void PropertyPackage::loadPhases() {
     if (!phaseLabels_.isEmpty()) {
         return;
     }
+    const Busy reading{readingPhases_};
     const Unchanged unchanged{generation_};
     std::array<ArrayVariant, 3> lists;
     auto& [labels, states, keyCompounds] = lists;
@@ -187,6 +191,7 @@ ArrayVariant PropertyPackage::twoPhasePropertyList() {
 
 ArrayVariant PropertyPackage::equilibriumConditionNames() {
     if (conditionNames_.names.isEmpty()) {
+        const Busy reading{conditionNames_.reading};
         const Unchanged unchanged{generation_};
         loadPhases();
         std::vector<std::wstring> names{L"Temperature", L"Pressure"};

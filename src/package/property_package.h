@@ -4,8 +4,8 @@
 // Excel's thread only; held by shared pointers.
 //
 // A package may call back into the add-in while it works. Its own calculations do not nest: the second is
-// refused. One that is edited in the middle of a calculation, or while it gives what is asked of it, fails that
-// call.
+// refused; nor is a list asked for while it is being given. One that is edited in the middle of a
+// calculation, or while it gives what is asked of it, fails that call.
 //
 // All failures are WException with the text for the user. A list that could not be read stays empty and is
 // read again when asked for next.
@@ -155,9 +155,10 @@ class PropertyPackage final : public MaterialOwner {
   private:
     class Calculation;
 
-    /// A list for the front end.
+    /// A list for the front end, with the mark that the package is being asked for it.
     struct NameList {
         ArrayVariant names;
+        bool reading = false;
     };
     template <typename Interface>
     ArrayVariant propertyList(NameList& list, Interface* source,
@@ -212,6 +213,8 @@ class PropertyPackage final : public MaterialOwner {
     ArrayVariant propertyNameArray2_;
     ArrayVariant propertyNameArray1_;
 
+    bool readingCompounds_ = false; ///< the package is being asked for its compounds
+    bool readingPhases_ = false;
     bool calculating_ = false;     ///< a calculation of the package is running
     bool offering_ = false;        ///< the package is being given its material
     std::uint32_t generation_ = 0; ///< counts the resets

@@ -254,6 +254,46 @@ TEST_F(ReEntrancy, ATemperatureDependentPropertyOfOneCompoundOfAPackageThatIsEdi
               changedMeanwhile);
 }
 
+// A package that asks for a list whenever it gives that list would never come to an end.
+struct AskedFor {
+    const char* method;
+    HRESULT (STDMETHODCALLTYPE IQuorvaneVSTOServices::*list)(IUnknown*, BSTR, VARIANT*);
+};
+void PrintTo(const AskedFor& asked, std::ostream* out) { *out << asked.method; }
+
+class ListInsideTheList : public ReEntrancy, public testing::WithParamInterface<AskedFor> {};
+
+TEST_P(ListInsideTheList, IsRefused) {
+    const auto& [method, list] = GetParam();
+    const auto ask = [&, list = list] {
+        com::variant names;
+        SetErrorInfo(0, nullptr);
+        return (addIn.get()->*list)(book(), com::makeBstr(L"P").get(), &names);
+    };
+    std::string innermost;
+    package->hook(method, [&](scripted::Call& call) {
+        if (FAILED(ask())) {
+            innermost = errorInfo();
+        }
+        return call.healthy();
+    });
+    EXPECT_EQ(ask(), S_OK);
+    EXPECT_EQ(innermost, "Quorvane.Excel: Property package is already calculating");
+    EXPECT_EQ(package->count(method), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, ListInsideTheList,
+    testing::Values(
+        AskedFor{"GetCompoundList", &IQuorvaneVSTOServices::CompoundNames},
+        AskedFor{"GetPhaseList", &IQuorvaneVSTOServices::PhaseNames},
+        AskedFor{"GetConstPropList", &IQuorvaneVSTOServices::CompoundConstantNames},
+        AskedFor{"GetTDependentPropList", &IQuorvaneVSTOServices::TemperatureDependentPropertyNames},
+        AskedFor{"GetSinglePhasePropList", &IQuorvaneVSTOServices::SinglePhasePropertyNames},
+        AskedFor{"GetTwoPhasePropList", &IQuorvaneVSTOServices::TwoPhasePropertyNames},
+        AskedFor{"GetSinglePhasePropList", &IQuorvaneVSTOServices::PhaseEquilibriumConditionNames}),
+    [](const auto& tested) { return std::string{tested.param.method} + std::to_string(tested.index); });
+
 TEST_F(ReEntrancy, AShutdownDuringACalculationEndsInAResult) {
     package->hook("CalcEquilibrium", [&](scripted::Call& call) {
         events->OnBeginShutdown(nullptr);
