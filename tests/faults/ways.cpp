@@ -129,7 +129,7 @@ void saveForACopy(Stage& stage) {
     stage.package->hook("Load", [&stage](scripted::Call& call) -> HRESULT {
         const scripted::Failure* const failure = stage.package->failureOf("Write");
         const auto own = com::make<OwnStream>(failure == nullptr ? S_OK : failure->code);
-        auto* const given = static_cast<IStream*>(call.in[0].punkVal);
+        const auto given = com::queryFor<IStream>(call.in[0].punkVal);
         ULARGE_INTEGER all{};
         all.QuadPart = 1000;
         const HRESULT code = given->CopyTo(own.get(), all, nullptr, nullptr);
@@ -328,7 +328,9 @@ const Way& Stage::wayNamed(const std::string& name) {
 
 std::vector<std::string> Stage::wayNames() {
     std::vector<std::string> names;
-    std::ranges::copy(std::views::keys(everyWay()), std::back_inserter(names));
+    for (const auto& [name, way] : everyWay()) {
+        names.push_back(name);
+    }
     return names;
 }
 

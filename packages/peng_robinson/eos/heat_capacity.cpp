@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace peng_robinson::eos {
 namespace {
@@ -30,49 +31,53 @@ double polynomial(const HeatCapacity& c, double T) {
     return T * (p1 + T * (p2 + T * (p3 + T * p4)));
 }
 
+// Compounds have fewer terms than there is room for; the others are not worth their exponentials.
+template <typename Of>
+double sumOf(std::span<const HeatCapacity::Term> terms, Of of) {
+    double sum = 0.0;
+    for (const auto& [factor, theta] : terms) {
+        sum += factor == 0.0 ? 0.0 : factor * of(theta);
+    }
+    return sum;
+}
+
 double enthalpyIntegral(const HeatCapacity& c, double T) {
     const auto& [p1, p2, p3, p4] = c.powers;
     const double t = withinRange(c, T);
-    double h = c.constant * T + t * t * (p1 / 2.0 + t * (p2 / 3.0 + t * (p3 / 4.0 + t * p4 / 5.0))) +
-               polynomial(c, t) * (T - t);
-    for (const auto& [factor, theta] : c.sinh) {
-        h += factor * theta * coth(theta / T);
-    }
-    return h - c.cosh.factor * c.cosh.temperature * std::tanh(c.cosh.temperature / T);
+    const double h = c.constant * T + t * t * (p1 / 2.0 + t * (p2 / 3.0 + t * (p3 / 4.0 + t * p4 / 5.0))) +
+                     polynomial(c, t) * (T - t);
+    return h + sumOf(c.sinh, [T](double theta) { return theta * coth(theta / T); }) -
+           sumOf({&c.cosh, 1}, [T](double theta) { return theta * std::tanh(theta / T); });
 }
 
 double entropyIntegral(const HeatCapacity& c, double T) {
     const auto& [p1, p2, p3, p4] = c.powers;
     const double t = withinRange(c, T);
-    double s = c.constant * std::log(T) + t * (p1 + t * (p2 / 2.0 + t * (p3 / 3.0 + t * p4 / 4.0))) +
-               polynomial(c, t) * std::log(T / t);
-    for (const auto& [factor, theta] : c.sinh) {
-        const double x = theta / T;
-        s += factor * (x * coth(x) - logSinh(x));
-    }
-    const double x = c.cosh.temperature / T;
-    return s - c.cosh.factor * (x * std::tanh(x) - logCosh(x));
+    const double s = c.constant * std::log(T) + t * (p1 + t * (p2 / 2.0 + t * (p3 / 3.0 + t * p4 / 4.0))) +
+                     polynomial(c, t) * std::log(T / t);
+    return s + sumOf(c.sinh, [T](double theta) { return theta / T * coth(theta / T) - logSinh(theta / T); }) -
+           sumOf({&c.cosh, 1},
+                 [T](double theta) { return theta / T * std::tanh(theta / T) - logCosh(theta / T); });
 }
 
 } // namespace
 
 double HeatCapacity::cp(double T) const {
-    double value = constant + polynomial(*this, withinRange(*this, T));
-    for (const auto& [factor, theta] : sinh) {
-        value += factor * squareOverSinh(theta / T);
-    }
-    return value + cosh.factor * squareOverCosh(cosh.temperature / T);
+    return constant + polynomial(*this, withinRange(*this, T)) +
+           sumOf(sinh, [T](double theta) { return squareOverSinh(theta / T); }) +
+           sumOf({&cosh, 1}, [T](double theta) { return squareOverCosh(theta / T); });
 }
 
 double HeatCapacity::dCp_dT(double T) const {
-    double value = 0.0;
-    for (const auto& [factor, theta] : sinh) {
+    const auto ofSinh = [T](double theta) {
         const double x = theta / T;
-        value += factor * squareOverSinh(x) * (x * coth(x) - 1.0);
-    }
-    const double x = cosh.temperature / T;
-    value += cosh.factor * squareOverCosh(x) * (x * std::tanh(x) - 1.0);
-    double slope = 2.0 * value / T;
+        return squareOverSinh(x) * (x * coth(x) - 1.0);
+    };
+    const auto ofCosh = [T](double theta) {
+        const double x = theta / T;
+        return squareOverCosh(x) * (x * std::tanh(x) - 1.0);
+    };
+    double slope = 2.0 * (sumOf(sinh, ofSinh) + sumOf({&cosh, 1}, ofCosh)) / T;
     if (withinRange(*this, T) == T) {
         const auto& [p1, p2, p3, p4] = powers;
         slope += p1 + T * (2.0 * p2 + T * (3.0 * p3 + T * 4.0 * p4));
