@@ -12,6 +12,7 @@ enum class Quantities { all, withoutConditions };
 std::vector<double> rowValues(const EquilibriumRow& row, const EquilibriumOptions& options,
                               Quantities which) {
     std::vector<double> values;
+    values.reserve(3 + row.composition.size() + row.extra.size());
     if (which == Quantities::all && options.temperature) {
         values.push_back(row.temperature);
     }
@@ -38,6 +39,7 @@ void fillCell(VARIANT& cell, double value, const VARIANT& filler) {
 ArrayVariant matrix(const EquilibriumResults& results, const EquilibriumOptions& options,
                     const VARIANT& filler) {
     std::vector<std::vector<double>> rows;
+    rows.reserve(1 + results.phases.size());
     if (options.overallResults) {
         rows.push_back(rowValues(results.overall, options, Quantities::all));
     }

@@ -61,6 +61,7 @@ bool hasOverallValue(const ExtraProperty& extra) {
 std::vector<double> phaseExtraValues(PropertyPackage& package, const EquilibriumOptions& options, BSTR label,
                                      const EquilibriumRow& phase, bool isMass) {
     std::vector<double> values;
+    values.reserve(phase.extra.size());
     for (const ExtraProperty& extra : options.extraProperties) {
         const com::unique_bstr name = com::makeBstr(extra.name);
         const std::vector<double>& result =
@@ -76,6 +77,7 @@ std::vector<double> phaseExtraValues(PropertyPackage& package, const Equilibrium
 
 std::vector<double> overallExtraValues(const EquilibriumResults& results, const EquilibriumOptions& options) {
     std::vector<double> overall;
+    overall.reserve(results.phases.empty() ? 0 : results.phases.front().extra.size());
     for (const ExtraProperty& extra : options.extraProperties) {
         const std::size_t count = valuesOf(extra, results.overall.composition.size());
         for (std::size_t i = 0; i < count; ++i) {
@@ -97,6 +99,7 @@ std::vector<double> overallExtraValues(const EquilibriumResults& results, const 
 // The package's phase records are overwritten by the property calculations that follow, hence the copies.
 EquilibriumResults copyResults(const std::vector<PhaseResult>& phases, std::size_t extraValues) {
     EquilibriumResults results;
+    results.phases.reserve(phases.size());
     for (const PhaseResult& phase : phases) {
         EquilibriumRow& row = results.phases.emplace_back();
         row = {phase.present,  phase.temperature,        phase.pressure,
