@@ -51,6 +51,7 @@ constexpr std::array methods = {"GetCompoundList",
 
 std::vector<std::wstring> namesOf(const std::vector<scripted::Property>& properties) {
     std::vector<std::wstring> names;
+    names.reserve(properties.size());
     for (const scripted::Property& property : properties) {
         names.push_back(property.name);
     }
@@ -117,7 +118,6 @@ Packages::Packages(const std::wstring& bundled) {
     addScripted(L"Faulty", classNumber(1), {});
     addScripted(L"Single", classNumber(2), onePhaseOfOne());
     addScripted(L"Weightless", classNumber(3), weightless());
-    faulty_ = kinds_[1].script;
     addManaged();
     addBundled(bundled);
 }
@@ -175,7 +175,7 @@ void Packages::addBundled(const std::wstring& path) {
 }
 
 void Packages::disturb(Dice& dice, const std::function<void()>& inside) {
-    Script& script = *faulty_;
+    Script& script = faulty();
     const char* const method = dice.of(methods);
     switch (dice.below(8)) {
     case 0:
@@ -223,7 +223,7 @@ void Packages::disturb(Dice& dice, const std::function<void()>& inside) {
 }
 
 void Packages::forget() {
-    *faulty_ = Script{};
+    faulty() = Script{};
     for (const Kind& kind : kinds_) {
         if (kind.script) {
             kind.script->forgetCalls();

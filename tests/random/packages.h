@@ -49,10 +49,10 @@ class Packages {
     void addScripted(std::wstring name, const CLSID& clsid, scripted::Script script);
     void addManaged();
     void addBundled(const std::wstring& path);
+    scripted::Script& faulty() { return *kinds_[1].script; }
 
     std::vector<Kind> kinds_;
     std::vector<std::unique_ptr<scripted::Registration>> registrations_;
-    std::shared_ptr<scripted::Script> faulty_;
     std::vector<std::shared_ptr<scripted::Script>> managers_;
 };
 

@@ -25,7 +25,7 @@ constexpr unsigned long moreHandles = 5;
 struct Usage {
     HeapContent heap;
     ProcessContent process;
-    long objects; ///< of scripted packages
+    long objects = 0; ///< of scripted packages
 
     Usage greatest(const Usage& other) const {
         return {{std::max(heap.blocks, other.heap.blocks), std::max(heap.bytes, other.heap.bytes)},
@@ -47,7 +47,7 @@ void report(const World& world, const Usage& usage) {
 
 long callsWanted() {
     const char* const text = std::getenv("QUORVANE_SOAK_CALLS");
-    return text == nullptr ? 1'000'000 : std::max(std::atol(text), reports);
+    return text == nullptr ? 1'000'000 : std::max(std::strtol(text, nullptr, 10), reports);
 }
 
 TEST(Soak, LeavesMemoryFlat) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ranges>
 
 namespace chance {
 
@@ -264,15 +265,17 @@ std::string World::worksheetCall(const std::vector<Kind>& kinds) {
 }
 
 HRESULT World::invoke(const Call& call, VARIANT* result) {
-    wchar_t* names[] = {const_cast<wchar_t*>(call.function->method)};
+    std::wstring name{call.function->method};
+    wchar_t* names[] = {name.data()};
     DISPID member = 0;
     if (const HRESULT code = addIn_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member);
         FAILED(code)) {
         return code;
     }
     std::vector<VARIANT> arguments; // borrowed, the last first
-    for (auto argument = call.arguments.rbegin(); argument != call.arguments.rend(); ++argument) {
-        arguments.push_back(argument->value);
+    arguments.reserve(call.arguments.size());
+    for (const auto& argument : std::views::reverse(call.arguments)) {
+        arguments.push_back(argument.value);
     }
     DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
     return addIn_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, result,
@@ -311,6 +314,7 @@ HRESULT World::callThroughSlot(const Call& call, VARIANT* result) {
     given.push_back(out);
     types.push_back(VT_PTR);
     std::vector<VARIANT*> pointers;
+    pointers.reserve(given.size());
     for (VARIANT& value : given) {
         pointers.push_back(&value);
     }

@@ -26,7 +26,7 @@ struct IncompleteDefinition : DefinitionFiles {
         ASSERT_EQ(package.tryAs<ICapeThermoMaterialContext>()->SetMaterial(material->self()), S_OK);
         properties = package.tryAs<ICapeThermoPropertyRoutine>();
     }
-    HRESULT calculate(const wchar_t* property, const Reals& x) {
+    HRESULT calculate(const wchar_t* property, const Reals& x) const {
         material->setConditions(L"Vapor", 600.0, 1e5, x);
         material->setConditions(L"Liquid", 600.0, 1e5, x);
         const com::unique_bstr vapor = com::makeBstr(L"Vapor");
