@@ -5,23 +5,27 @@
 
 #include "com/owned.h"
 
+#include <exception>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace com {
 
+class array_not_locked : public std::exception {
+  public:
+    const char* what() const noexcept override { return "An array could not be locked"; }
+};
+
 /// Elements of an array while it is locked. T must be the C++ type of the array's element type; the caller
-/// has checked that (array_lock does not look at the VARTYPE). Throws std::runtime_error when the array
-/// cannot be locked.
+/// has checked that (array_lock does not look at the VARTYPE). Throws array_not_locked.
 template <typename T>
 class array_lock {
   public:
     explicit array_lock(SAFEARRAY* array) : array_{array} {
         if (array == nullptr || FAILED(SafeArrayLock(array))) {
             array_ = nullptr;
-            throw std::runtime_error("An array could not be locked");
+            throw array_not_locked{};
         }
     }
     array_lock(const array_lock&) = delete;
