@@ -7,6 +7,7 @@
 
 #include <office_idl.h>
 #include <quorvane_idl.h>
+#include <stdexcept>
 #include <string>
 
 namespace bench {

@@ -5,6 +5,7 @@
 #include "com/owned.h"
 
 #include <quorvane_idl.h>
+#include <stdexcept>
 #include <string>
 
 namespace bench {

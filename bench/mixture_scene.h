@@ -9,6 +9,8 @@
 #include "bench/mixture_call.h"
 #include "bench/quick_excel.h"
 
+#include <stdexcept>
+
 namespace bench {
 
 class MixtureScene {

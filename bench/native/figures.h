@@ -3,6 +3,7 @@
 
 #include "bench/report.h"
 
+#include <stdexcept>
 #include <string_view>
 
 namespace bench {

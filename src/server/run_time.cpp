@@ -1,6 +1,6 @@
 // Parts of GCC's run time, written smaller. Its own bring the formatting of messages, names of types and the
 // texts of another age, which nobody sees in a DLL in Excel: a fifth of the DLL. The names are the run
-// time's.
+// time's. Whoever uses the add-in's libraries without the DLL has GCC's.
 #ifdef __GNUG__
 
 #include <cstdlib>

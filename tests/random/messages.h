@@ -2,6 +2,7 @@
 // must not reach a user.
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <quorvane_idl.h>
+#include <stdexcept>
 
 namespace chance {
 

@@ -29,6 +29,8 @@
 
 #include "tests/scripted_package/script.h"
 
+#include <stdexcept>
+
 namespace scripted {
 
 struct ParsedScripts {

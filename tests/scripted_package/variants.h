@@ -4,6 +4,7 @@
 
 #include "com/safe_array.h"
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 

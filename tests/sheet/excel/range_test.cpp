@@ -3,6 +3,8 @@
 
 #include "com/safe_array.h"
 
+#include <stdexcept>
+
 namespace sheet::excel {
 namespace {
 

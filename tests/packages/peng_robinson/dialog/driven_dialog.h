@@ -5,6 +5,7 @@
 #include "com/platform.h"
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
