@@ -83,9 +83,9 @@ ArrayVariant matrix(std::span<const double> values, std::size_t n, std::size_t b
     auto value = values.begin();
     for (std::size_t block = 0; block < blocks; ++block) {
         for (std::size_t row = 0; row < rows; ++row) {
-            double* cell = &cells[row * nextRow + block * n * nextColumn];
-            for (std::size_t column = 0; column < n; ++column, cell += nextColumn) {
-                *cell = *value++;
+            std::size_t at = row * nextRow + block * n * nextColumn;
+            for (std::size_t column = 0; column < n; ++column, at += nextColumn) {
+                cells[at] = *value++;
             }
         }
     }

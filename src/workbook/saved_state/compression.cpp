@@ -71,6 +71,15 @@ std::size_t expectedSize(const z_stream& begun, std::size_t compressedSize) noex
                                     static_cast<double>(compressedSize) / read);
 }
 
+// Memory for `size` bytes of at most `limit`. What outgrows half the limit gets all of it: doubled, and
+// copied from what there was, it would pass the limit by as much again.
+void makeRoom(Bytes& bytes, std::size_t size, std::size_t limit) {
+    if (size > bytes.capacity()) {
+        const std::size_t wanted = std::max(size, 2 * bytes.capacity());
+        bytes.reserve(wanted > limit / 2 ? limit : wanted);
+    }
+}
+
 } // namespace
 
 Bytes deflated(std::span<const std::uint8_t> bytes) {
@@ -101,6 +110,7 @@ Bytes inflated(std::span<const std::uint8_t> stream, InflationAllowance& allowan
         std::uint8_t beyond = 0;
         const std::size_t room = isFull ? 1 : std::min(piece, limit - before);
         if (!isFull) {
+            makeRoom(result, before + room, limit);
             result.resize(before + room);
         }
         reader.state.next_out = isFull ? &beyond : result.data() + before;
@@ -117,7 +127,7 @@ Bytes inflated(std::span<const std::uint8_t> stream, InflationAllowance& allowan
             result.resize(before + room - reader.state.avail_out);
         }
         if (before == 0 && !hasEnded) {
-            result.reserve(std::min(expectedSize(reader.state, stream.size()), limit));
+            makeRoom(result, std::min(expectedSize(reader.state, stream.size()), limit), limit);
         }
         if (hasEnded) {
             allowance.spend(result.size());

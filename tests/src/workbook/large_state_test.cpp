@@ -76,6 +76,21 @@ TEST_F(LargeState, BeyondThatIsToldAndUsesNoMoreMemory) {
     EXPECT_EQ(script.count("Load"), 0U);
     EXPECT_LT(heap.peakBytes(), 400 * megabyte); // the buffer is doubled as it grows
 }
+TEST_F(LargeState, BeyondThatUsesNoMoreMemoryWhenItsBeginningPromisesLess) {
+    Bytes bytes(300 * megabyte);
+    const Bytes other = noise(1000); // makes the beginning half as short as the rest
+    for (std::size_t i = 0; i < other.size(); ++i) {
+        bytes[2000 * i] = other[i];
+    }
+    const Row cells = rowOf(L"#" + toBase64(deflated(bytes)));
+    bytes = {};
+    const leak_gate::AllocationUse heap;
+    restore({cells});
+    EXPECT_THAT(messages, testing::ElementsAre(
+                              "Cannot restore property package from Scripted: the saved state is too large; "
+                              "at most 256 MB can be restored"));
+    EXPECT_LT(heap.peakBytes(), 400 * megabyte);
+}
 TEST_F(LargeState, BeyondThatIsSavedUncompressed) {
     const Bytes bytes(256 * megabyte + 1);
     const std::wstring text = stateTextOf(bytes);
