@@ -38,7 +38,7 @@ class Packages {
 
     const std::vector<Kind>& kinds() const noexcept { return kinds_; }
     /// One whose script is disturbed again and again.
-    bool isDisturbed(const Kind& kind) const noexcept { return kind.script == faulty_; }
+    bool isDisturbed(const Kind& kind) const noexcept { return kind.script == kinds_[1].script; }
 
     /// Changes the script of the faulty kind. What `inside` does happens now and then in the middle of one of
     /// the package's own calls.
