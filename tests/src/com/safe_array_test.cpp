@@ -46,7 +46,7 @@ TEST(ArrayLock, HoldsTheLockForItsLifetime) {
     EXPECT_EQ(array.get()->cLocks, 0U);
 }
 
-TEST(ArrayLock, RefusesNoArray) { EXPECT_THROW(array_lock<double>{nullptr}, std::runtime_error); }
+TEST(ArrayLock, RefusesNoArray) { EXPECT_THROW(array_lock<double>{nullptr}, array_not_locked); }
 
 TEST(ArrayLock, OfAnArrayWithoutElementsHasNone) {
     const unique_safearray array = makeVector(VT_R8, 0);
