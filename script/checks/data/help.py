@@ -39,14 +39,14 @@ no_messages_in = {"src/package/package_description.cpp": "labels of a descriptio
 
 
 def literals():
-    """(file, text) of every wide literal, neighbours joined, and every text of a standard exception."""
+    """(file, text) of every wide literal, neighbours joined, and the text of every exception of its own."""
     text_pattern = r'L"((?:[^"\\]|\\.)*)"'
     for path in sorted([*root.glob("src/**/*.cpp"), *root.glob("src/**/*.h"), *root.glob("com/*.h")]):
         code = re.sub(r"^\s*//.*$|(?<=[;{}),]) *//.*$", "", path.read_text(encoding="utf-8"), flags=re.M)
         name = str(path.relative_to(root))
         for run in re.finditer(rf"\bL\"(?:[^\"\\]|\\.)*\"(?:\s*{text_pattern})*", code):
             yield name, "".join(re.findall(text_pattern, run.group(0)))
-        for narrow in re.findall(r'\b(?:runtime_error|logic_error|invalid_argument)[({]"([^"]*)"', code):
+        for narrow in re.findall(r'\bwhat\(\) const noexcept override {\s*return "([^"]*)"', code):
             yield name, narrow
 
 
