@@ -146,9 +146,8 @@ void savedStates(Report& report, const Server& server) {
                         compare({[&] { state.depersist(); }}, {[&] { state.inflateAlone(); }}, rounds),
                         goalOfRestoring);
             // How much of the ratio above belongs to the task.
-            report.time(restoring, "zlib, new package, fresh memory",
-                        compare({[&] { state.depersist(); }}, {[&] { state.restoreByHand(); }}, rounds),
-                        goalOfRestoring);
+            report.compared(restoring, "zlib, new package, fresh memory",
+                            compare({[&] { state.depersist(); }}, {[&] { state.restoreByHand(); }}, rounds));
         }
     }
 }
@@ -158,7 +157,7 @@ void memoryOfSavedStates(Report& report, const Server& server) {
         const std::string figure = named("memory for Persist", size) + ", times the state";
         if (report.wants(figure)) {
             SavedState state{server, size.bytes};
-            report.count(figure, "", memoryOf(size.bytes, [&] { state.persist(); }), goalOfMemory);
+            report.count(figure, memoryOf(size.bytes, [&] { state.persist(); }), goalOfMemory);
         }
     }
 }

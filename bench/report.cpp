@@ -61,17 +61,34 @@ void Report::time(std::string_view figure, std::string_view baseline, const Comp
            measured.ratio <= goal ? "holds" : "missed"});
 }
 
-void Report::count(std::string_view figure, std::string_view baseline, double counted, double goal) {
-    const bool holds = counted <= goal;
+void Report::compared(std::string_view figure, std::string_view baseline, const Comparison& measured) {
+    print({figure,
+           timeText(measured.subject),
+           baseline,
+           timeText(measured.baseline),
+           formatted(measured.ratio, 2),
+           formatted(measured.spread, 2),
+           {},
+           {}});
+}
+
+void Report::equal(std::string_view figure, std::string_view baseline, double counted, double wanted) {
+    const bool holds = counted == wanted;
     countsHold_ = countsHold_ && holds;
     print({figure,
            countText(counted),
            baseline,
-           countText(goal),
+           countText(wanted),
            {},
            {},
-           "<= " + countText(goal),
+           "= " + countText(wanted),
            holds ? "holds" : "MISSED"});
+}
+
+void Report::count(std::string_view figure, double counted, double goal) {
+    const bool holds = counted <= goal;
+    countsHold_ = countsHold_ && holds;
+    print({figure, countText(counted), {}, {}, {}, {}, "<= " + countText(goal), holds ? "holds" : "MISSED"});
 }
 
 void Report::judge(std::string_view figure, double number, double goal) {

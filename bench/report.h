@@ -21,8 +21,12 @@ class Report {
     void heading();
     /// A ratio of times that should be at most `goal`.
     void time(std::string_view figure, std::string_view baseline, const Comparison& measured, double goal);
+    /// The same against another baseline, for information.
+    void compared(std::string_view figure, std::string_view baseline, const Comparison& measured);
+    /// A count that must be what the baseline's is.
+    void equal(std::string_view figure, std::string_view baseline, double counted, double wanted);
     /// A count that must be at most `goal`.
-    void count(std::string_view figure, std::string_view baseline, double counted, double goal);
+    void count(std::string_view figure, double counted, double goal);
     /// Any other number that should be at most `goal`; it does not fail the run.
     void judge(std::string_view figure, double number, double goal);
     /// A number for information, with nothing to judge it by.

@@ -70,7 +70,7 @@ void add(Report& report, const char* name, Work work, double goalInMicroseconds)
     }
     const std::function<void()> run = work;
     report.judge(std::string{name} + ", us", compare({run}, {run}).subject / 1000.0, goalInMicroseconds);
-    report.note(std::string{name} + ", allocations", allocationsOf(run));
+    report.count(std::string{name} + ", allocations", allocationsOf(run), 0.0);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
-// bench_native [--only TEXT]: measures the plain C++ parts.
-// bench_native --repeat flash|fugacities TIMES: does just that, for a program that counts instructions.
+// bench_native [--check] [--only TEXT]: measures the plain C++ parts. --check: the exit code is 1 when a
+// count misses its goal. bench_native --repeat flash|fugacities TIMES: does just that, for a program that
+// counts instructions.
 //
 //   base64                  encode, decode, beside the library encoder and a copy
 //   T-P flash               of a 10-compound gas in two phases, absolute, and its allocations
@@ -22,13 +23,22 @@ int run(const std::vector<std::string>& arguments) {
         bench::repeat(arguments[1], std::stoul(arguments[2]));
         return 0;
     }
-    if (!arguments.empty() && (arguments.size() != 2 || arguments[0] != "--only")) {
-        throw std::invalid_argument("usage: bench_native [--only TEXT] | --repeat flash|fugacities TIMES");
+    bool check = false;
+    std::string only;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == "--check") {
+            check = true;
+        } else if (arguments[i] == "--only" && i + 1 < arguments.size()) {
+            only = arguments[++i];
+        } else {
+            throw std::invalid_argument(
+                "usage: bench_native [--check] [--only TEXT] | --repeat flash|fugacities TIMES");
+        }
     }
-    bench::Report report{arguments.empty() ? std::string{} : arguments[1]};
+    bench::Report report{only};
     bench::base64(report);
     bench::thermodynamics(report);
-    return 0;
+    return check && !report.countsHold() ? 1 : 0;
 }
 
 } // namespace
