@@ -2,11 +2,11 @@
 // and numbers that are none. The user sees the result by mass, which depends on each amount, or what is wrong
 // with the cells.
 #include "tests/faults/expect.h"
+#include "tests/faults/numbers.h"
 
 #include "com/safe_array.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace faults {
 
@@ -106,30 +106,6 @@ INSTANTIATE_TEST_SUITE_P(FaultMatrix, CellsArray, ::testing::ValuesIn(allCases()
                          [](const auto& tested) { return nameOf(tested.param); });
 
 // --- Numbers
-// -------------------------------------------------------------------------------------------------------
-
-using Limits = std::numeric_limits<double>;
-
-struct Number {
-    const char* name;
-    double value;
-};
-
-constexpr Number numbers[] = {
-    {"NaN", Limits::quiet_NaN()},
-    {"SignallingNaN", Limits::signaling_NaN()},
-    {"Infinity", Limits::infinity()},
-    {"MinusInfinity", -Limits::infinity()},
-    {"Denormal", Limits::denorm_min()},
-    {"MinusDenormal", -Limits::denorm_min()},
-    {"Smallest", Limits::min()},
-    {"Lowest", Limits::lowest()},
-    {"Highest", Limits::max()},
-    {"MinusZero", -0.0},
-    {"Negative", -1.0},
-};
-
-void PrintTo(const Number& tested, std::ostream* out) { *out << tested.name; }
 
 // With the amounts v:1:2 and weights 10, 20 and 40 g/mol.
 std::string byMass(double v) {

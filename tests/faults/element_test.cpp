@@ -1,35 +1,14 @@
 // Single values in what packages hand over: numbers that are none or at the edge of what there is, and what a
 // package may put into an array of values.
 #include "tests/faults/expect.h"
+#include "tests/faults/numbers.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace faults {
 
 namespace {
-
-using Limits = std::numeric_limits<double>;
-
-struct Number {
-    const char* name;
-    double value;
-};
-
-constexpr Number numbers[] = {
-    {"NaN", Limits::quiet_NaN()},
-    {"SignallingNaN", Limits::signaling_NaN()},
-    {"Infinity", Limits::infinity()},
-    {"MinusInfinity", -Limits::infinity()},
-    {"Denormal", Limits::denorm_min()},
-    {"MinusDenormal", -Limits::denorm_min()},
-    {"Smallest", Limits::min()},
-    {"Lowest", Limits::lowest()},
-    {"Highest", Limits::max()},
-    {"MinusZero", -0.0},
-    {"Negative", -1.0},
-};
 
 bool isMissing(double value) { return std::isnan(value) || value == Limits::lowest(); }
 
@@ -200,7 +179,6 @@ INSTANTIATE_TEST_SUITE_P(FaultMatrix, NumberOf, ::testing::ValuesIn(numberCases(
                          [](const auto& tested) { return nameOf(tested.param); });
 
 // --- Constants
-// -----------------------------------------------------------------------------------------------------
 
 double referredNumber = 12.5;
 com::variant referredValue{12.5};
